@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Platform/FileSystem.h"
+
+namespace sallowmere {
+
+std::optional<std::string> readWholeFile(const FileSystem& files, const std::string& path) {
+    constexpr std::size_t step = 65'536;
+    const std::unique_ptr<ReadableFile> file = files.open(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::string content;
+    for (;;) {
+        const std::size_t before = content.size();
+        content.resize(before + step);
+        const std::optional<std::size_t> count =
+            file->read(before, {content.data() + before, step});
+        if (!count) {
+            return std::nullopt;
+        }
+        content.resize(before + *count);
+        if (*count == 0) {
+            return content;
+        }
+    }
+}
+
+} // namespace sallowmere

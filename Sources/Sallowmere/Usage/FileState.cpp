@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Sallowmere/Usage/FileState.h"
+
+#include "Sallowmere/Text/Characters.h"
+
+#include <algorithm>
+
+namespace sallowmere {
+
+std::optional<std::string_view> MessageIds::insert(std::string_view id) {
+    if (ids_.contains(id)) {
+        return std::nullopt;
+    }
+    char* copy = static_cast<char*>(arena_.allocate(id.size(), 1));
+    std::copy(id.begin(), id.end(), copy);
+    return *ids_.emplace(copy, id.size()).first;
+}
+
+std::string_view FileState::intern(std::string_view model) {
+    const auto known = models_.find(model);
+    if (known != models_.end()) {
+        return known->second;
+    }
+    return models_.emplace(model, decodeUtf8(model).toLower().toStdString()).first->second;
+}
+
+} // namespace sallowmere

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Timestamp.h"
+#include "Sallowmere/Usage/Sample.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory_resource>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace sallowmere {
+
+/// The message ids met in one file. Ids live in one arena, side by side: there are many and they
+/// all go at once.
+class MessageIds {
+public:
+    /// The id's own copy, valid as long as this set; absent when the id was already there.
+    std::optional<std::string_view> insert(std::string_view id);
+
+private:
+    std::pmr::monotonic_buffer_resource arena_;
+    std::pmr::unordered_set<std::string_view> ids_{&arena_};
+};
+
+/// How far one transcript has been read and what was found in it. Its samples' texts live in it,
+/// so it stays where it is.
+struct FileState {
+    explicit FileState(Timestamp modifiedAt) : modified(modifiedAt) {}
+    FileState(const FileState&) = delete;
+    FileState& operator=(const FileState&) = delete;
+
+    /// The model's name, lower-cased, in a copy that lives as long as this state.
+    std::string_view intern(std::string_view model);
+
+    /// Last modification as last seen.
+    Timestamp modified;
+    /// Bytes consumed so far.
+    std::uint64_t offset = 0;
+    /// Messages already turned into samples.
+    MessageIds seenIds;
+    /// In the order of their lines.
+    std::vector<Sample> samples;
+    /// What follows the last line feed read so far.
+    std::string carried;
+
+private:
+    /// Lower-cased names by name as written.
+    std::map<std::string, std::string, std::less<>> models_;
+};
+
+/// By path.
+using FileStates = std::unordered_map<std::string, FileState>;
+
+} // namespace sallowmere

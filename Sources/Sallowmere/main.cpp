@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Platform/Linux/LinuxClock.h"
+#include "Platform/Linux/LinuxFileSystem.h"
+#include "Platform/Linux/LinuxProcessTable.h"
+#include "Platform/Linux/LinuxUser.h"
+#include "Sallowmere/DiagnosticDump.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+#include <string>
+
+using namespace sallowmere;
+
+namespace {
+
+int dump() {
+    const LinuxFileSystem files;
+    const LinuxProcessTable processes;
+    const std::string report = DiagnosticDump::report(
+        DiagnosticDump::collect(files, processes, linuxClock(), homeDirectory()));
+    const bool written = std::fwrite(report.data(), 1, report.size(), stdout) == report.size()
+                         && std::fflush(stdout) == 0;
+    if (!written) {
+        std::perror("sallowmere: cannot write the report");
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (DiagnosticDump::isRequested({argv, static_cast<std::size_t>(argc)})) {
+        return dump();
+    }
+    std::fputs("sallowmere: this version has no panel yet; start it with --dump\n", stderr);
+    return EXIT_FAILURE;
+}
