@@ -9,7 +9,7 @@
 namespace sallowmere {
 
 std::optional<std::string_view> MessageIds::insert(std::string_view id) {
-    if (ids_.contains(id)) {
+    if (contains(id)) {
         return std::nullopt;
     }
     char* copy = static_cast<char*>(arena_.allocate(id.size(), 1));

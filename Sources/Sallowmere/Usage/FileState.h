@@ -24,6 +24,7 @@ class MessageIds {
 public:
     /// The id's own copy, valid as long as this set; absent when the id was already there.
     std::optional<std::string_view> insert(std::string_view id);
+    bool contains(std::string_view id) const { return ids_.contains(id); }
 
 private:
     std::pmr::monotonic_buffer_resource arena_;

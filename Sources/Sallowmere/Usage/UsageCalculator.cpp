@@ -4,6 +4,7 @@
 
 #include "Sallowmere/Text/Paths.h"
 #include "Sallowmere/Transcripts/JSONLine.h"
+#include "Sallowmere/Usage/MessageIdPeek.h"
 #include "Sallowmere/Usage/UsageWindows.h"
 
 #include <algorithm>
@@ -20,6 +21,23 @@ std::size_t positionOf(std::string_view needle, std::string_view text) {
     const void* hit = memmem(text.data(), text.size(), needle.data(), needle.size());
     return hit == nullptr ? std::string_view::npos
                           : static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
+}
+
+/// Position just behind the last line feed of a text; 0 when it has none.
+std::size_t endOfLastLine(std::string_view text) {
+    const void* hit = memrchr(text.data(), '\n', text.size());
+    return hit == nullptr
+               ? 0
+               : static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) + 1;
+}
+
+/// Whether the line holds "usage". It mostly stands near the end.
+bool mentionsUsage(std::string_view line) {
+    constexpr std::string_view mark = R"("usage")";
+    constexpr std::size_t nearEnd = 1'024;
+    const std::size_t end = line.size() - std::min(line.size(), nearEnd);
+    return positionOf(mark, line.substr(end)) != std::string_view::npos
+           || positionOf(mark, line) != std::string_view::npos;
 }
 
 double weightOf(const JsonObject& usage, const Settings& settings) {
@@ -63,7 +81,7 @@ private:
         if (size + JsonReader::padding <= capacity_) {
             return;
         }
-        const std::size_t capacity = std::max(size + JsonReader::padding, capacity_ * 2);
+        const std::size_t capacity = size + size / 4 + JsonReader::padding;
         auto data = std::make_unique_for_overwrite<char[]>(capacity);
         std::copy_n(data_.get(), used_, data.get());
         data_ = std::move(data);
@@ -159,11 +177,11 @@ void UsageCalculator::readOn(ReadableFile& file, FileState& state, const Setting
         const std::size_t searched = buffer_->content().size();
         buffer_->grow(count);
         const std::string_view content = buffer_->content();
-        const std::size_t lineFeed = content.substr(searched).rfind('\n');
-        if (lineFeed == std::string_view::npos) {
+        const std::size_t unfinished = endOfLastLine(content.substr(searched));
+        if (unfinished == 0) {
             continue;
         }
-        const std::size_t headSize = searched + lineFeed + 1;
+        const std::size_t headSize = searched + unfinished;
         parseLines(content.substr(0, headSize), state, settings, horizon);
         buffer_->dropFront(headSize);
     }
@@ -180,7 +198,7 @@ void UsageCalculator::parseLines(std::string_view text, FileState& state, const 
         if (hit == std::string_view::npos) {
             return;
         }
-        const std::size_t start = text.rfind('\n', hit) + 1;
+        const std::size_t start = endOfLastLine(text.substr(0, hit));
         const std::size_t end = text.find('\n', hit);
         parseLine(text.substr(start, end - start), state, settings, horizon);
         text.remove_prefix(end + 1);
@@ -189,7 +207,8 @@ void UsageCalculator::parseLines(std::string_view text, FileState& state, const 
 
 void UsageCalculator::parseLine(std::string_view line, FileState& state, const Settings& settings,
                                 Timestamp horizon) {
-    if (positionOf(R"("usage")", line) == std::string_view::npos) {
+    const std::optional<std::string_view> peekedId = peekMessageId(line);
+    if ((peekedId && state.seenIds.contains(*peekedId)) || !mentionsUsage(line)) {
         return;
     }
     const std::optional<JsonObject> object = reader_.paddedObject(line);
