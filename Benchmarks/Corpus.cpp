@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::int64_t sixDays = 6 * 86'400;
 constexpr int projectCount = 20;
+/// About what a turn comes to; a smaller transcript holds messages alone.
+constexpr std::size_t turnBytes = 150'000;
 
 std::int64_t nowMilliseconds() {
     using namespace std::chrono;
@@ -26,15 +28,17 @@ std::string Corpus::transcript(std::size_t bytes, double age) {
     clock_ = nowMilliseconds() - static_cast<std::int64_t>(age * 1'000);
     std::string text;
     text.reserve(bytes + 200'000);
+    const bool isSmall = bytes < turnBytes;
     while (text.size() < bytes) {
-        text += turn();
+        text += isSmall ? message() : turn();
     }
     return text;
 }
 
 void Corpus::write(const std::filesystem::path& root, int files, std::uint64_t bytes) {
     for (int file = 0; file < files; ++file) {
-        const auto project = root / ("-home-user-code-project-" + std::to_string(file % projectCount));
+        const auto project =
+            root / ("-home-user-code-project-" + std::to_string(file % projectCount));
         std::filesystem::create_directories(project);
         const double age = static_cast<double>(sixDays) * (file + 1) / files;
         std::ofstream(project / (identifier("", 36) + ".jsonl"), std::ios::binary)
