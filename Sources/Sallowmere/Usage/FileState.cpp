@@ -14,7 +14,9 @@ std::optional<std::string_view> MessageIds::insert(std::string_view id) {
     }
     char* copy = static_cast<char*>(arena_.allocate(id.size(), 1));
     std::copy(id.begin(), id.end(), copy);
-    return *ids_.emplace(copy, id.size()).first;
+    const std::string_view own(copy, id.size());
+    ids_.insert(own);
+    return own;
 }
 
 std::string_view FileState::intern(std::string_view model) {

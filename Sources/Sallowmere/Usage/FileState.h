@@ -5,6 +5,9 @@
 #include "Platform/Timestamp.h"
 #include "Sallowmere/Usage/Sample.h"
 
+#include <QByteArrayView>
+#include <QSet>
+
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -13,7 +16,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace sallowmere {
@@ -24,11 +26,11 @@ class MessageIds {
 public:
     /// The id's own copy, valid as long as this set; absent when the id was already there.
     std::optional<std::string_view> insert(std::string_view id);
-    bool contains(std::string_view id) const { return ids_.contains(id); }
+    bool contains(std::string_view id) const { return ids_.contains(QByteArrayView(id)); }
 
 private:
     std::pmr::monotonic_buffer_resource arena_;
-    std::pmr::unordered_set<std::string_view> ids_{&arena_};
+    QSet<QByteArrayView> ids_;
 };
 
 /// How far one transcript has been read and what was found in it. Its samples' texts live in it,

@@ -48,9 +48,12 @@ void SampleTimeline::gather(const FileStates& files, Timestamp horizon) {
 
     std::vector<FileStates::const_pointer> byPath;
     byPath.reserve(files.size());
+    std::size_t most = 0;
     for (const auto& entry : files) {
         byPath.push_back(&entry);
+        most += entry.second.samples.size();
     }
+    ordered_.reserve(most);
     std::sort(byPath.begin(), byPath.end(),
               [](const auto* left, const auto* right) { return left->first < right->first; });
 
@@ -77,14 +80,18 @@ void SampleTimeline::expire(Timestamp horizon) {
     const auto firstKept = std::find_if(ordered_.begin(), ordered_.end(),
                                         [=](const Sample& s) { return s.time > horizon; });
     std::for_each(ordered_.begin(), firstKept,
-                  [this](const Sample& s) { winners_.erase(s.messageId); });
+                  [this](const Sample& s) { winners_.remove(s.messageId); });
     ordered_.erase(ordered_.begin(), firstKept);
 }
 
 bool SampleTimeline::claim(const Sample& sample) {
-    const auto [winner, isNew] = winners_.try_emplace(sample.messageId, sample.time);
-    laterCopies_ = laterCopies_ || (!isNew && sample.time > winner->second);
-    return isNew;
+    const auto winner = winners_.constFind(sample.messageId);
+    if (winner == winners_.constEnd()) {
+        winners_.insert(sample.messageId, sample.time);
+        return true;
+    }
+    laterCopies_ = laterCopies_ || sample.time > *winner;
+    return false;
 }
 
 } // namespace sallowmere

@@ -6,9 +6,10 @@
 #include "Sallowmere/Usage/FileState.h"
 #include "Sallowmere/Usage/Sample.h"
 
+#include <QByteArrayView>
+#include <QHash>
+
 #include <span>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace sallowmere {
@@ -40,7 +41,7 @@ private:
     std::vector<Sample> ordered_;
     std::vector<Sample> added_;
     /// Time of the copy that won, by message id.
-    std::unordered_map<std::string_view, Timestamp> winners_;
+    QHash<QByteArrayView, Timestamp> winners_;
     /// The horizon of the list; later than everything while there is no valid list.
     Timestamp horizon_ = distantFuture;
     /// A copy that lost is later than the one that won, and counts once the winner has expired.

@@ -187,6 +187,7 @@ void UsageCalculator::readOn(ReadableFile& file, FileState& state, const Setting
     }
     state.carried.assign(buffer_->content());
     state.carried.shrink_to_fit();
+    state.samples.shrink_to_fit();
 }
 
 void UsageCalculator::parseLines(std::string_view text, FileState& state, const Settings& settings,
