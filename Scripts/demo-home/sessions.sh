@@ -147,6 +147,7 @@ user_command() {
 write_idle() {
     use_session gauges
     at 512
+    clock=$((clock / 60000 * 60000))
     begin_session '検潮所の十年分の記録を読み込んで、欠けている時間を報告してください。港務課の田中さんが使います。'
     write_gauge_readings
     finish '読み込みました。'
