@@ -104,7 +104,7 @@ TEST(LineFolding, TakesTheTimeOfTheLastActivity) {
 
 TEST(LineFolding, KeepsTheTimeOfActivityWhenALineHasNone) {
     for (const std::string& members : {std::string(), time("yesterday"), time("2026-11-20"),
-                                      std::string(R"("timestamp":1763632800,)")}) {
+                                       std::string(R"("timestamp":1763632800,)")}) {
         EXPECT_EQ(folded({prompt("a", time(early)), prompt("b", members)}).lastActivityEntryAt,
                   at(early))
             << members;

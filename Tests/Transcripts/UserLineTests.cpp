@@ -196,8 +196,7 @@ TEST(UserLine, CutsALongPrompt) {
              Row{repeated(flag, 150), repeated(flag, 140) + "…"},
              Row{repeated("e\xCC\x81", 150), repeated("e\xCC\x81", 140) + "…"},
              // A line feed is a blank before it is counted, so it no longer joins a return.
-             Row{"x" + repeated("\r\n", 70) + "y",
-                 "x" + repeated("\r ", 69) + "\r…"},
+             Row{"x" + repeated("\r\n", 70) + "y", "x" + repeated("\r ", 69) + "\r…"},
              // Trimming comes before the cut.
              Row{std::string(300, ' ') + std::string(140, 'x') + ' ', std::string(140, 'x')},
          }) {
