@@ -39,8 +39,8 @@ TEST(AssistantLine, TellsTheModel) {
 }
 
 TEST(AssistantLine, OfAPlaceholderModelKeepsTheEarlierOne) {
-    for (const char* message :
-         {R"("model":"<synthetic>")", R"("model":"<")", R"("model":7)", R"("content":[])"}) {
+    for (const char* message : {R"("model":"<synthetic>")", R"("model":"<")",
+                                R"("model":"<\u0338")", R"("model":7)", R"("content":[])"}) {
         EXPECT_THAT(modelAfter(message), Optional(std::string("claude-haiku-4-5"))) << message;
     }
 }

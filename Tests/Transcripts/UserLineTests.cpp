@@ -105,6 +105,16 @@ TEST(UserLine, FromAnotherSessionIsNoAnswerAndNoPrompt) {
         Optional(std::string("/x")));
 }
 
+TEST(UserLine, IsComparedByCodePoints) {
+    // A combining mark behind the last letter makes another character of it, but not another text.
+    const std::string mark = "\xCC\x81";
+    EXPECT_FALSE(answersBoth(prompt("Another Claude session sent a message" + mark)));
+    EXPECT_FALSE(answersBoth(prompt("<teammate-message" + mark)));
+    for (const std::string& text : {"<" + mark, "[Request interrupted by user" + mark}) {
+        EXPECT_THAT(promptAfter(prompt(text)), Optional(std::string("earlier"))) << text;
+    }
+}
+
 TEST(UserLine, IsTheUsersOwnUnlessItBeginsAsAMessage) {
     for (const std::string& content : {
              json("another Claude session sent a message"),
