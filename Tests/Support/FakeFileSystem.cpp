@@ -10,7 +10,9 @@ class FakeFileSystem::OpenFile : public ReadableFile {
 public:
     OpenFile(const File& file, std::uint64_t& bytesRead) : file_(file), bytesRead_(bytesRead) {}
 
-    std::optional<std::uint64_t> size() const override { return file_.content.size(); }
+    std::optional<std::uint64_t> size() const override {
+        return file_.sizeKnown ? std::optional<std::uint64_t>(file_.content.size()) : std::nullopt;
+    }
 
     std::optional<std::size_t> read(std::uint64_t offset, std::span<char> buffer) override {
         if (offset >= file_.failsAt) {

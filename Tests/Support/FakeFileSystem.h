@@ -23,6 +23,8 @@ public:
         EntryType type = EntryType::regular;
         bool readable = true;
         bool executable = false;
+        /// Whether the size of the open file can be told.
+        bool sizeKnown = true;
         /// Reads at or beyond this offset fail.
         std::uint64_t failsAt = UINT64_MAX;
         /// Each read gives at most so many bytes.

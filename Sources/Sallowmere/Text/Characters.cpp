@@ -17,6 +17,14 @@ bool standsAlone(QChar c) {
     return c.unicode() < 0x80 && c != u'\r';
 }
 
+/// At most the first `count` units of `text`, and one more where these would part a pair.
+QStringView firstUnits(QStringView text, qsizetype count) {
+    if (count >= text.size()) {
+        return text;
+    }
+    return text.first(text[count - 1].isHighSurrogate() ? count + 1 : count);
+}
+
 /// Length of the first `count` clusters of `text`; absent when `text` ends before one more begins.
 std::optional<qsizetype> lengthOfClusters(QStringView text, qsizetype count) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
@@ -31,7 +39,9 @@ std::optional<qsizetype> lengthOfClusters(QStringView text, qsizetype count) {
 } // namespace
 
 QString decodeUtf8(std::string_view bytes) {
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    // Stateless, lest a character cut off at the end be kept back for a next call.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless
+                                                    | QStringDecoder::Flag::ConvertInitialBom);
     return decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
 }
 
@@ -46,7 +56,7 @@ QStringView firstCharacters(QStringView text, qsizetype count) {
     // Where a cluster ends depends on what precedes and on one character that follows, so a window
     // that holds the end and more decides it.
     for (qsizetype window = 8 * (count + 1);; window *= 4) {
-        const QStringView part = text.first(std::min(window, text.size()));
+        const QStringView part = firstUnits(text, window);
         if (const std::optional<qsizetype> length = lengthOfClusters(part, count)) {
             return text.first(*length);
         }
