@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include <sys/stat.h>
 
 namespace sallowmere {
 namespace {
