@@ -67,7 +67,8 @@ TEST(PsRow, IsAbsentForAMalformedNumber) {
           "2147483648 1 0 0.0 00:01 c", "-2147483649 1 0 0.0 00:01 c", "0x7 1 0 0.0 00:01 c",
           "7 x 0 0.0 00:01 c", "7 2147483648 0 0.0 00:01 c", "7 1 x 0.0 00:01 c",
           "7 1 -1 0.0 00:01 c", "7 1 4294967296 0.0 00:01 c", "7 1 0 x 00:01 c",
-          "7 1 0 0,5 00:01 c", "7 1 0 0.5% 00:01 c", "PID PPID UID %CPU ELAPSED COMMAND"}) {
+          "7 1 0 0,5 00:01 c", "7 1 0 nan 00:01 c", "7 1 0 inf 00:01 c", "7 1 0 1e400 00:01 c",
+          "7 1 0 0.5% 00:01 c", "PID PPID UID %CPU ELAPSED COMMAND"}) {
         EXPECT_EQ(parseRow(line), std::nullopt) << line;
     }
 }

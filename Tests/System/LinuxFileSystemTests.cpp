@@ -3,6 +3,7 @@
 #include "Platform/Linux/LinuxFileSystem.h"
 
 #include "System/TemporaryHome.h"
+#include "System/Unprivileged.h"
 
 #include <gmock/gmock.h>
 
@@ -32,20 +33,6 @@ bool canBeListed(const std::string& directory) {
     return files.list(
         directory, [](std::string_view name, EntryType) { ADD_FAILURE() << "visited " << name; });
 }
-
-/// Nothing is forbidden to the superuser, who is nobody as long as this lives.
-class Unprivileged {
-public:
-    Unprivileged() { EXPECT_TRUE(before_ != 0 || seteuid(nobody) == 0); }
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-    ~Unprivileged() { EXPECT_TRUE(before_ != 0 || seteuid(before_) == 0); }
-
-private:
-    static constexpr uid_t nobody = 65'534;
-
-    uid_t before_ = geteuid();
-};
 
 EntryType typeOf(const std::string& path, Links links) {
     const std::optional<FileStatus> status = files.status(path, links);
