@@ -110,8 +110,11 @@ TEST_F(DamagedHome, MayHoldNamesThatAreNoUtf8) {
 
 TEST_F(DamagedHome, MayHaveTenThousandProjects) {
     // In memory, for the sake of the disk.
-    const EnvironmentVariable place("TMPDIR", std::filesystem::is_directory("/dev/shm") ? "/dev/shm"
-                                                                                        : "/tmp");
+    const std::string memory = "/dev/shm";
+    const EnvironmentVariable place("TMPDIR",
+                                    std::filesystem::is_directory(memory)
+                                        ? memory
+                                        : std::filesystem::temp_directory_path().native());
     const TemporaryHome elsewhere;
     for (int number = 0; number < 10'000; ++number) {
         elsewhere.makeDirectory(in("-p" + std::to_string(number)));
