@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Linux/LinuxFileSystem.h"
 #include "Sallowmere/Settings/Settings.h"
-#include "System/OrdinaryUser.h"
+#include "System/Unprivileged.h"
 
 #include <QTemporaryDir>
 
@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-
 
 namespace sallowmere {
 namespace {
@@ -41,7 +40,7 @@ protected:
         return readWholeFile(LinuxFileSystem(), path).value_or("(no file)");
     }
 
-    OrdinaryUser user;
+    Unprivileged user;
     QTemporaryDir directory;
     std::string home = directory.path().toStdString();
     fs::path path = fs::path(home) / ".config/sallowmere/settings.json";

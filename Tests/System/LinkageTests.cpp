@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "System/ChildProcess.h"
+
+#include <gmock/gmock.h>
+
+namespace sallowmere {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Linkage, NeedsNoWindowSystem) {
+    for (const char* binary : {SALLOWMERE_EXECUTABLE, SALLOWMERE_CORE_TESTS}) {
+        const Outcome outcome = run({"/usr/bin/ldd", {"ldd", binary}, {"PATH=/usr/bin:/bin"}, {}});
+        ASSERT_EQ(outcome.exitStatus, 0) << outcome.errors;
+        EXPECT_THAT(outcome.output, HasSubstr("libQt6Core.so"));
+        for (const char* library : {"Qt6Gui", "Qt6Widgets", "Qt6Qml", "Qt6Quick", "Qt6DBus",
+                                    "libX11", "libxcb", "libwayland", "libGL", "libEGL"}) {
+            EXPECT_THAT(outcome.output, Not(HasSubstr(library))) << binary;
+        }
+    }
+}
+
+} // namespace
+} // namespace sallowmere
