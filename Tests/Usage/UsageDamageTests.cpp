@@ -7,12 +7,7 @@
 namespace sallowmere {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// The sanitizers' shadow memory and copies make the full size take tens of seconds.
-constexpr std::size_t hugeLine = std::size_t{24} << 20;
-#else
 constexpr std::size_t hugeLine = std::size_t{200} << 20;
-#endif
 
 /// Transcripts cut, split and damaged: whatever is whole counts, whatever is not costs itself only.
 class UsageDamageTest : public UsageTest {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "UsageTest.h"
 
+#include <vector>
+
 namespace sallowmere {
 namespace {
 
@@ -185,15 +187,46 @@ TEST_F(UsageIngestTest, AFileThatGrowsWhileItIsScannedIsReadToItsEnd) {
     EXPECT_THAT(growing.opened(), testing::IsEmpty());
 }
 
+/// Notes how much each read asks for.
+class MeasuringFileSystem : public FakeFileSystem {
+public:
+    mutable std::vector<std::size_t> asked;
+
+    std::unique_ptr<ReadableFile> open(const std::string& path) const override {
+        return std::make_unique<MeasuredFile>(FakeFileSystem::open(path), asked);
+    }
+
+private:
+    class MeasuredFile : public ReadableFile {
+    public:
+        MeasuredFile(std::unique_ptr<ReadableFile> file, std::vector<std::size_t>& asked)
+            : file_(std::move(file)), asked_(asked) {}
+
+        std::optional<std::uint64_t> size() const override { return file_->size(); }
+
+        std::optional<std::size_t> read(std::uint64_t offset, std::span<char> buffer) override {
+            asked_.push_back(buffer.size());
+            return file_->read(offset, buffer);
+        }
+
+    private:
+        std::unique_ptr<ReadableFile> file_;
+        std::vector<std::size_t>& asked_;
+    };
+};
+
 TEST_F(UsageIngestTest, AFileIsReadInPiecesOfFourMebibytes) {
     // One line lies across the border of the first two pieces.
     const std::size_t piece = 4'194'304;
     const std::string line = messageLine("across", 10);
-    std::string content(piece - line.size() / 2, '\n');
-    write(name, content + line + std::string(piece, '\n') + messageLine("last", 100));
-    EXPECT_EQ(tokensNow(), 110);
-    EXPECT_EQ(files.bytesRead(), file().content.size());
-    EXPECT_EQ(files.opened().size(), 1U);
+    const std::string content = std::string(piece - line.size() / 2, '\n') + line
+                                + std::string(piece, '\n') + messageLine("last", 100);
+    MeasuringFileSystem measuring;
+    measuring.addFile(pathOf(name), content, now);
+    EXPECT_EQ(UsageCalculator(measuring).compute(settings, now).weekly.weightedTokens, 110);
+    EXPECT_EQ(measuring.bytesRead(), content.size());
+    EXPECT_THAT(measuring.asked, testing::ElementsAre(piece, piece, piece, piece))
+        << "the last one finds the end";
 }
 
 TEST_F(UsageIngestTest, AFileGoneStaleIsForgottenWithItsSamples) {

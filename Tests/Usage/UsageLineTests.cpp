@@ -56,6 +56,9 @@ TEST_F(UsageLineTest, TheWeightsOfASettingsRecordAreTheOnesThatCount) {
 
 TEST_F(UsageLineTest, TheKindsAreSummedInAFixedOrder) {
     // In another order the ones would not be lost beside the huge count.
+    EXPECT_EQ(tokensOfUsage(R"({"input_tokens":1e16,"output_tokens":0,)"
+                            R"("cache_creation_input_tokens":1,"cache_read_input_tokens":1})"),
+              1e16);
     EXPECT_EQ(tokensOfUsage(R"({"input_tokens":1e16,"output_tokens":1,)"
                             R"("cache_creation_input_tokens":1,"cache_read_input_tokens":-1e16})"),
               0);
