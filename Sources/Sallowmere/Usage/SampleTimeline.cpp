@@ -36,9 +36,9 @@ std::span<const Sample> SampleTimeline::samples(const FileStates& files, Timesta
         gather(files, horizon);
         return ordered_;
     }
-    expire(horizon);
-    mergeAdded();
     horizon_ = horizon;
+    expire();
+    mergeAdded();
     return ordered_;
 }
 
@@ -68,7 +68,8 @@ void SampleTimeline::gather(const FileStates& files, Timestamp horizon) {
 }
 
 void SampleTimeline::mergeAdded() {
-    std::erase_if(added_, [this](const Sample& sample) { return !claim(sample); });
+    std::erase_if(
+        added_, [this](const Sample& sample) { return sample.time <= horizon_ || !claim(sample); });
     std::stable_sort(added_.begin(), added_.end(), isEarlier);
     const auto oldCount = std::ssize(ordered_);
     ordered_.insert(ordered_.end(), added_.begin(), added_.end());
@@ -76,9 +77,9 @@ void SampleTimeline::mergeAdded() {
     std::inplace_merge(ordered_.begin(), ordered_.begin() + oldCount, ordered_.end(), isEarlier);
 }
 
-void SampleTimeline::expire(Timestamp horizon) {
+void SampleTimeline::expire() {
     const auto firstKept = std::find_if(ordered_.begin(), ordered_.end(),
-                                        [=](const Sample& s) { return s.time > horizon; });
+                                        [this](const Sample& s) { return s.time > horizon_; });
     std::for_each(ordered_.begin(), firstKept,
                   [this](const Sample& s) { winners_.remove(s.messageId); });
     ordered_.erase(ordered_.begin(), firstKept);

@@ -33,7 +33,7 @@ public:
 private:
     void gather(const FileStates& files, Timestamp horizon);
     void mergeAdded();
-    void expire(Timestamp horizon);
+    void expire();
     /// Whether the sample's message is new; the first copy of a message wins.
     bool claim(const Sample& sample);
 
