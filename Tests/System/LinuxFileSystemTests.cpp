@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Linux/LinuxFileSystem.h"
 
+#include "Support/Missing.h"
 #include "System/TemporaryHome.h"
 #include "System/Unprivileged.h"
 

@@ -219,5 +219,11 @@ TEST_F(OfficialFiguresTest, ALabelThatSaysNothingLeavesTheOldOne) {
     EXPECT_EQ(merged().scopedLabel, u"Sonnet");
 }
 
+TEST(UsageWindow, PercentOfWhatIsNoShareIsZero) {
+    EXPECT_EQ((UsageWindow{-5, 100, {}, {}}).percent(), 0);
+    EXPECT_EQ((UsageWindow{infinity, infinity, {}, {}}).percent(), 0);
+    EXPECT_EQ((UsageWindow{1, 100, {}, notANumber}).percent(), 0);
+}
+
 } // namespace
 } // namespace sallowmere

@@ -8,13 +8,10 @@
 namespace sallowmere {
 
 int UsageWindow::percent() const {
-    double fraction = 0;
-    if (officialFraction) {
-        fraction = *officialFraction <= 0 ? 0 : std::min(*officialFraction, 1.0);
-    } else {
-        fraction = limit <= 0 ? 0 : std::min(weightedTokens / limit, 1.0);
-    }
-    return static_cast<int>(std::lround(fraction * 100));
+    const double share = officialFraction.value_or(limit > 0 ? weightedTokens / limit : 0);
+    // Counts come out of files that anybody may have written: below zero and no number at all are
+    // shown as nothing used.
+    return share > 0 ? static_cast<int>(std::lround(std::min(share, 1.0) * 100)) : 0;
 }
 
 UsageWindow UsageWindow::adopting(const std::optional<OfficialUsage::Limit>& official,
