@@ -39,7 +39,7 @@ Timestamp timestamp(const statx_timestamp& time) {
 std::optional<FileStatus> statusAt(int directory, const char* path, Links links) {
     const int flags = AT_NO_AUTOMOUNT | (links == Links::keep ? AT_SYMLINK_NOFOLLOW : 0);
     constexpr unsigned wanted = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME;
-    struct statx found {};
+    struct statx found = {};
     if (statx(directory, path, flags, wanted, &found) != 0) {
         return std::nullopt;
     }
@@ -77,7 +77,7 @@ public:
     ~LinuxFile() override { close(descriptor_); }
 
     std::optional<std::uint64_t> size() const override {
-        struct stat found {};
+        struct stat found = {};
         if (fstat(descriptor_, &found) != 0) {
             return std::nullopt;
         }
@@ -123,7 +123,7 @@ std::unique_ptr<ReadableFile> LinuxFileSystem::open(const std::string& path) con
     if (descriptor < 0) {
         return nullptr;
     }
-    struct stat found {};
+    struct stat found = {};
     if (fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode)) {
         close(descriptor);
         return nullptr;

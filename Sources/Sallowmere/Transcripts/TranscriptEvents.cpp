@@ -27,7 +27,7 @@ bool isFromAnotherSession(QStringView content) {
 
 /// What the user wrote; absent when the line carries no text or returns a tool's result.
 std::optional<QString> promptText(const JsonObject& message) {
-    if (const std::optional<QString> content = message.text("content")) {
+    if (std::optional<QString> content = message.text("content")) {
         return content;
     }
     const auto blocks = dictArray(message, "content").value_or(std::vector<JsonObject>());
