@@ -11,7 +11,7 @@ namespace sallowmere {
 
 namespace {
 
-constexpr std::int64_t sixDays = 6 * 86'400;
+constexpr std::int64_t sixDays = 518'400;
 constexpr int projectCount = 20;
 /// About what a turn comes to; a smaller transcript holds messages alone.
 constexpr std::size_t turnBytes = 150'000;

@@ -36,7 +36,7 @@ public:
 
 std::size_t listAll(const LinuxFileSystem& files, const std::string& root) {
     std::size_t found = 0;
-    std::vector<std::string> directories{root};
+    std::vector<std::string> directories(1, root);
     while (!directories.empty()) {
         const std::string directory = directories.back();
         directories.pop_back();

@@ -66,6 +66,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     std::vector<Cost> costs;
+    costs.reserve(static_cast<std::size_t>(runs));
     for (int i = 0; i < runs; ++i) {
         costs.push_back(run(argv + 2));
     }

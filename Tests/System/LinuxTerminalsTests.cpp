@@ -6,8 +6,11 @@
 
 #include <QString>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 namespace sallowmere {
@@ -52,6 +55,15 @@ TEST(LinuxTerminals, AreNotCaughtByTheOnesKnownEverywhere) {
     }
 }
 
+TEST(LinuxTerminals, AreListedInTheReadme) {
+    std::ifstream file(SALLOWMERE_SOURCE_DIR "/README.md");
+    std::string page(std::istreambuf_iterator<char>(file), {});
+    std::replace(page.begin(), page.end(), '\n', ' ');
+    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+        EXPECT_THAT(page, testing::HasSubstr(' ' + std::string(rule.displayName)));
+    }
+}
+
 TEST(LinuxTerminals, AreEachFoundUnderTheirName) {
     for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
         EXPECT_EQ(nameUnder(std::string(rule.needle)).toStdString(), rule.displayName);
@@ -77,7 +89,6 @@ TEST(LinuxTerminals, ShowTheirNamesToPeople) {
         {"screen", "screen"},
         {"code", "VS Code"},
         {"codium", "VSCodium"},
-        {"nvim", "Neovim"},
         {"emacs", "Emacs"},
         {"cool-retro-term", "Cool Retro Term"},
         {"pantheon-termin", "Pantheon Terminal"},
@@ -96,7 +107,7 @@ TEST(LinuxTerminals, ComeAfterTheOnesKnownEverywhere) {
 
 TEST(LinuxTerminals, AreNotFoundInOtherProgramsNames) {
     for (const char* comm : {"xcode", "screenkey", "stress", "footprint", "systemd", "bash", "sshd",
-                             "encode", "vimdiff", "gvimtutor", "curio", "firefox"}) {
+                             "nvim", "encode", "vimdiff", "gvimtutor", "curio", "firefox"}) {
         EXPECT_EQ(nameUnder(comm), "none") << comm;
     }
 }

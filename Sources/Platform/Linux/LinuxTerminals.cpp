@@ -10,7 +10,7 @@ std::span<const TerminalRule> LinuxProcessTable::terminals() const {
     constexpr auto exact = TerminalRule::Match::exact;
     // The kernel keeps 15 bytes of a process's name: longer ones stand here as it cuts them.
     // Most names are parts of other programs' names, so they are compared whole.
-    static constexpr std::array<TerminalRule, 58> rules{{
+    static constexpr std::array<TerminalRule, 56> rules{{
         {"konsole", "Konsole", exact},
         {"xterm", "XTerm", exact},
         {"uxterm", "XTerm", exact},
@@ -45,8 +45,6 @@ std::span<const TerminalRule> LinuxProcessTable::terminals() const {
         {"emacs", "Emacs", exact},
         {"emacs-gtk", "Emacs", exact},
         {"emacs-pgtk", "Emacs", exact},
-        {"nvim", "Neovim", exact},
-        {"vim", "Vim", exact},
         {"sakura", "Sakura", exact},
         {"roxterm", "ROXTerm", exact},
         {"termite", "Termite", exact},
