@@ -8,6 +8,8 @@
 //   compared
 // - raw control characters in strings, lone surrogates, a byte-order mark and numbers that
 //   underflow or overflow in unusual spellings: the other takes some of these, ours none
+// - U+FEFF as it is, unescaped: the other leaves it out where a string begins with it; such texts
+//   are not compared
 // - depth: each has a limit of its own
 // So that a text is accepted by one of them says nothing about the other.
 #include "Sallowmere/Text/Json.h"
@@ -21,6 +23,8 @@
 
 namespace sallowmere::fuzz {
 namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// Members of all objects of a valid text, each counted as often as it is written.
 qsizetype membersWritten(std::string_view text) {
@@ -111,7 +115,7 @@ void requireReaderRules(const std::string& text) {
     const std::string replaced = withBytesReplaced(text);
     JsonReader replacedReader;
     require(replacedReader.object(replaced).has_value() == accepted, "bad bytes count as replaced");
-    if (!accepted) {
+    if (!accepted || replaced.find(byteOrderMark) != std::string::npos) {
         return;
     }
     const QJsonDocument other = QJsonDocument::fromJson(QByteArray::fromStdString(replaced));

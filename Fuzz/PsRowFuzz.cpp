@@ -199,7 +199,8 @@ void requireListingRules(const std::string& input) {
     processes.listingText = withShortNumbers(input);
     const std::vector<PsRow> rows = runPs(processes);
     std::vector<PsRow> expected;
-    for (const std::string_view line : nonEmptyLines(withBytesReplaced(processes.listingText))) {
+    const std::string listing = withBytesReplaced(processes.listingText);
+    for (const std::string_view line : nonEmptyLines(listing)) {
         requireLineRules(std::string(line));
         if (const auto row = parseRow(line)) {
             expected.push_back(*row);

@@ -133,9 +133,12 @@ void requireUsageRules(std::string transcript) {
     const UsageSnapshot whole = snapshotOf(transcript);
     requireReferenceFigures(whole, reference);
     require(same(snapshotOf(transcript, 1 + cut % 13), whole), "small reads say the same");
-    requireSameInPieces(transcript, cut, whole, reference.isInOrder());
-    requireSameInFiles(transcript, cut, whole, reference.isInOrder());
-    if (!reference.repeats) {
+    // One of them for each input: a computation's large read buffer is what an input costs.
+    if (cut % 3 == 0) {
+        requireSameInPieces(transcript, cut, whole, reference.isInOrder());
+    } else if (cut % 3 == 1) {
+        requireSameInFiles(transcript, cut, whole, reference.isInOrder());
+    } else if (!reference.repeats) {
         requireSameLater(transcript, cut);
     }
 }
