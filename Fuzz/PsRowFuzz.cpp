@@ -179,6 +179,13 @@ void requireTableRules(const std::vector<PsRow>& rows) {
     requireAncestorRules(circles);
 }
 
+bool isNamedClaude(std::string path) {
+    while (path.ends_with('/')) {
+        path.pop_back();
+    }
+    return path == "claude" || path.ends_with("/claude");
+}
+
 void requireScanRules(const FakeProcessTable& processes, const std::vector<PsRow>& rows) {
     const std::vector<ClaudeProcess> found = scan(processes);
     require(found.size() <= rows.size(), "a process has a row");
@@ -188,7 +195,7 @@ void requireScanRules(const FakeProcessTable& processes, const std::vector<PsRow
         require(std::any_of(rows.begin(), rows.end(),
                             [&](const PsRow& row) {
                                 return row.pid == process.pid && row.uid == processes.user
-                                       && row.comm.ends_with("claude");
+                                       && isNamedClaude(row.comm);
                             }),
                 "a process is the user's own assistant");
     }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+// NOLINTNEXTLINE(readability-identifier-naming): libFuzzer calls it by this name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace sallowmere::fuzz {
