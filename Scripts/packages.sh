@@ -10,7 +10,8 @@
     packagesToBuild=(cmake g++ libsimdjson-dev ninja-build qt6-base-dev)
     packagesToRun=(procps)
     packagesToTest=(libgmock-dev libgtest-dev locales)
-    packagesToCheck=(clang clang-format clang-tidy libclang-rt-dev shellcheck)
+    packagesToCheck=(clang-format clang-tidy shellcheck)
+    packagesToFuzz=(clang libclang-rt-dev)
     packagesToMeasure=(libbenchmark-dev)
     packagesToProve=(debootstrap git)
 }

@@ -51,8 +51,8 @@ public:
 /// Nothing throws; implementations may be used from one thread at a time.
 class FileSystem {
 public:
-    /// Called for each entry with its name and its own type (a link is a `link`, or `other` where
-    /// the file system does not tell types in listings). The name is valid during the call only.
+    /// Called for each entry with its name and its own type: a link is a `link`. The name is valid
+    /// during the call only.
     using Visitor = std::function<void(std::string_view name, EntryType type)>;
 
     FileSystem() = default;
