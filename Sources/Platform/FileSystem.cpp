@@ -4,18 +4,14 @@
 
 namespace sallowmere {
 
-std::optional<std::string> readWholeFile(const FileSystem& files, const std::string& path) {
+std::optional<std::string> readToEnd(ReadableFile& file, std::uint64_t offset) {
     constexpr std::size_t step = 65'536;
-    const std::unique_ptr<ReadableFile> file = files.open(path);
-    if (!file) {
-        return std::nullopt;
-    }
     std::string content;
     for (;;) {
         const std::size_t before = content.size();
         content.resize(before + step);
         const std::optional<std::size_t> count =
-            file->read(before, {content.data() + before, step});
+            file.read(offset + before, {content.data() + before, step});
         if (!count) {
             return std::nullopt;
         }
@@ -24,6 +20,11 @@ std::optional<std::string> readWholeFile(const FileSystem& files, const std::str
             return content;
         }
     }
+}
+
+std::optional<std::string> readWholeFile(const FileSystem& files, const std::string& path) {
+    const std::unique_ptr<ReadableFile> file = files.open(path);
+    return file ? readToEnd(*file, 0) : std::nullopt;
 }
 
 } // namespace sallowmere

@@ -13,8 +13,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <string_view>
+#include <utility>
 
 namespace sallowmere::DiagnosticDump {
 

@@ -196,6 +196,14 @@ TEST(LinuxFileSystem, TellsNoBirthTimeWhereThereIsNone) {
     EXPECT_EQ(files.status("/proc/self/stat", Links::keep)->created, std::nullopt);
 }
 
+TEST(LinuxFileSystem, HasNothingAtAPathWithANul) {
+    const auto behindNul = [](std::string path) { return path + '\0' + "more"; };
+    EXPECT_FALSE(files.list(behindNul("/"), [](std::string_view, EntryType) {}));
+    EXPECT_FALSE(files.status(behindNul("/bin/sh"), Links::follow).has_value());
+    EXPECT_EQ(files.open(behindNul("/bin/sh")), nullptr);
+    EXPECT_FALSE(files.isExecutableFile(behindNul("/bin/sh")));
+}
+
 TEST(LinuxFileSystem, OpensRegularFilesAlone) {
     const TemporaryHome home;
     home.write("file", "content");

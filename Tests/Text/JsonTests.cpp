@@ -5,7 +5,9 @@
 #include "Support/Texts.h"
 
 #include <gmock/gmock.h>
+
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace sallowmere {
 namespace {
@@ -116,6 +118,20 @@ TEST(Json, TakesIntegersOfAnyLength) {
     }
     EXPECT_FALSE(reader.object(R"({"a":0123456789012345678901234567890})"));
     EXPECT_FALSE(reader.object(R"({"a":12345678901234567890123456789-})"));
+}
+
+TEST(Json, TakesIntegersBeyondADoubleAsItsEnd) {
+    constexpr double most = std::numeric_limits<double>::max();
+    const std::string digits(400, '9');
+    JsonReader reader;
+    const auto object = reader.object(R"({"a":)" + digits + R"(,"b":-)" + digits + R"(,"c":7})");
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->number("a"), Optional(most));
+    EXPECT_THAT(object->number("b"), Optional(-most));
+    EXPECT_THAT(object->number("c"), Optional(7.0));
+    EXPECT_FALSE(reader.object(R"({"a":0)" + digits + '}'));
+    EXPECT_FALSE(reader.object(R"({"a":)" + digits + ".5}"));
+    EXPECT_FALSE(reader.object(R"({"a":--)" + digits + '}'));
 }
 
 TEST(Json, ReplacesInvalidBytesBeforeReading) {

@@ -200,6 +200,32 @@ TEST_F(UsageDamageTest, AHugeUnfinishedLineIsReadOnce) {
     EXPECT_EQ(files.bytesRead(), 1 + messageLine("b", 10).size());
 }
 
+/// A line with usage, padded to `size` bytes and a line feed.
+std::string paddedLine(const std::string& id, std::size_t size) {
+    std::string line = messageLine(id, 10);
+    line.insert(line.size() - 1, size + 1 - line.size(), ' ');
+    return line;
+}
+
+TEST_F(UsageDamageTest, ALineBeyondTheLongestIsPassedOver) {
+    constexpr std::size_t longest = UsageCalculator::longestLine;
+    EXPECT_EQ(tokensOf(paddedLine("a", longest) + messageLine("b", 1)), 11);
+    EXPECT_EQ(tokensOf(paddedLine("a", longest + 1) + messageLine("b", 1)), 1);
+}
+
+TEST_F(UsageDamageTest, ALineBeyondTheLongestIsPassedOverInPiecesToo) {
+    constexpr std::size_t longest = UsageCalculator::longestLine;
+    const std::string line = paddedLine("a", longest + UsageCalculator::readChunk + 1);
+    const std::string rest = messageLine("b", 1);
+    for (const std::size_t split : {longest - 1, longest + 1, line.size() - 1, line.size()}) {
+        UsageCalculator reader(files);
+        write(name, line.substr(0, split));
+        reader.compute(settings, now);
+        append(name, line.substr(split) + rest);
+        EXPECT_EQ(reader.compute(settings, now).weekly.weightedTokens, 1) << split;
+    }
+}
+
 TEST_F(UsageDamageTest, DeeplyNestedLinesCostNothingElse) {
     const std::string deep = R"({"type":"assistant","usage":)" + std::string(100'000, '[')
                              + std::string(100'000, ']') + "}\n";

@@ -41,7 +41,8 @@ inline std::string quoted(const std::string& text) {
 /// The moment as a transcript spells it, to the millisecond.
 inline std::string spelled(Timestamp time) {
     const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(time);
-    return QDateTime::fromMSecsSinceEpoch(milliseconds.time_since_epoch().count(), Qt::UTC)
+    return QDateTime::fromMSecsSinceEpoch(milliseconds.time_since_epoch().count())
+        .toUTC()
         .toString(Qt::ISODateWithMs)
         .toStdString();
 }

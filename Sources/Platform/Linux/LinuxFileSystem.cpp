@@ -27,6 +27,11 @@ EntryType typeOfMode(mode_t mode) {
     }
 }
 
+/// For the kernel a path would end at a NUL and name something else.
+bool isNameable(const std::string& path) {
+    return path.find('\0') == std::string::npos;
+}
+
 /// File systems keep 64-bit seconds, far beyond what a timestamp holds.
 Timestamp timestamp(const statx_timestamp& time) {
     constexpr auto least = std::chrono::floor<std::chrono::seconds>(distantPast);
@@ -99,7 +104,7 @@ private:
 } // namespace
 
 bool LinuxFileSystem::list(const std::string& directory, const Visitor& visit) const {
-    DIR* stream = opendir(directory.c_str());
+    DIR* stream = isNameable(directory) ? opendir(directory.c_str()) : nullptr;
     if (stream == nullptr) {
         return false;
     }
@@ -114,12 +119,13 @@ bool LinuxFileSystem::list(const std::string& directory, const Visitor& visit) c
 }
 
 std::optional<FileStatus> LinuxFileSystem::status(const std::string& path, Links links) const {
-    return statusAt(AT_FDCWD, path.c_str(), links);
+    return isNameable(path) ? statusAt(AT_FDCWD, path.c_str(), links) : std::nullopt;
 }
 
 std::unique_ptr<ReadableFile> LinuxFileSystem::open(const std::string& path) const {
     // Without O_NONBLOCK a FIFO would be waited for until somebody writes.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    const int descriptor =
+        !isNameable(path) ? -1 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (descriptor < 0) {
         return nullptr;
     }

@@ -4,6 +4,7 @@
 
 #include "Sallowmere/Text/Characters.h"
 #include "Sallowmere/Text/Paths.h"
+#include "Sallowmere/Text/Split.h"
 
 #include <algorithm>
 #include <charconv>
@@ -21,18 +22,6 @@ constexpr std::size_t psColumns = 6;
 constexpr std::int64_t minute = 60;
 constexpr std::int64_t hour = 3'600;
 constexpr std::int64_t day = 86'400;
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(separator), text.size());
-        if (end > 0) {
-            pieces.push_back(text.substr(0, end));
-        }
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return pieces;
-}
 
 /// The whole text as a decimal number; absent when it is anything else or out of range.
 template <typename Number>
@@ -64,7 +53,7 @@ std::int64_t plusSpans(std::int64_t sum, std::int64_t count, std::int64_t second
 
 std::int64_t clockSeconds(std::string_view clock) {
     std::vector<std::int64_t> numbers;
-    for (const std::string_view piece : split(clock, ':')) {
+    for (const std::string_view piece : splitPieces(clock, ':')) {
         if (const auto number = parseNumber<std::int64_t>(piece)) {
             numbers.push_back(*number);
         }
@@ -154,7 +143,7 @@ const ClaudeProcess* takeNearest(std::vector<const ClaudeProcess*>& waiting,
 std::vector<PsRow> runPs(const ProcessTable& processes) {
     const std::string listing = decodeUtf8(processes.listing()).toStdString();
     std::vector<PsRow> rows;
-    for (const std::string_view line : split(listing, '\n')) {
+    for (const std::string_view line : splitPieces(listing, '\n')) {
         if (std::optional<PsRow> row = parseRow(line)) {
             rows.push_back(*std::move(row));
         }
@@ -163,7 +152,7 @@ std::vector<PsRow> runPs(const ProcessTable& processes) {
 }
 
 std::optional<PsRow> parseRow(std::string_view line) {
-    const std::vector<std::string_view> pieces = split(line, ' ');
+    const std::vector<std::string_view> pieces = splitPieces(line, ' ');
     if (pieces.size() < psColumns) {
         return std::nullopt;
     }
@@ -204,11 +193,8 @@ QString prettyElapsed(std::string_view etime) {
 
 std::optional<Terminal> terminalAncestor(std::int32_t pid, const Table& table, int maxHops,
                                          std::span<const TerminalRule> platformTerminals) {
-    const auto parentOf = [&table](std::int32_t child) {
-        const auto row = table.find(child);
-        return row == table.end() ? 0 : row->second.ppid;
-    };
-    std::int32_t current = parentOf(pid);
+    const auto own = table.find(pid);
+    std::int32_t current = own == table.end() ? 0 : own->second.ppid;
     for (int hop = 0; hop < maxHops; ++hop) {
         const auto row = table.find(current);
         if (current < 2 || row == table.end()) {

@@ -97,7 +97,8 @@ struct ParsedTail {
 
 /// One session as listed and shown, identified by `id`.
 struct SessionInfo {
-    /// Stable across scans: the full path of the transcript.
+    /// Stable across scans: the full path of the transcript. Paths that differ only in bytes that
+    /// are not UTF-8 share one.
     QString id;
     /// The assistant's own identifier of the session.
     QString sessionId;

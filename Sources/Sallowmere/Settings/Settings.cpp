@@ -7,8 +7,6 @@
 #include "Sallowmere/Transcripts/JSONLine.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -21,7 +19,6 @@ namespace {
 
 constexpr std::string_view settingsPath = ".config/sallowmere/settings.json";
 constexpr std::string_view legacyPath = ".config/velm-askrow/settings.json";
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 constexpr std::string_view settingsTemplate = R"({
   "usageAPIEnabled": true,

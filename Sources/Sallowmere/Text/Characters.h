@@ -13,7 +13,7 @@ namespace sallowmere {
 QString decodeUtf8(std::string_view bytes);
 
 /// The first `count` user-perceived characters (grapheme clusters), or all of a shorter text.
-/// The cost depends on `count`, not on the length of the text.
+/// The cost depends on these, not on the length of the text.
 QStringView firstCharacters(QStringView text, qsizetype count);
 
 /// The same with "…" appended when something was cut off.

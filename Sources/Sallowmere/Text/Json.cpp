@@ -11,9 +11,6 @@ namespace sallowmere {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-/// Beyond this the parser's buffers are not kept for the next text.
-constexpr std::size_t largeText = 1 << 20;
 /// Fewer digits always fit 64 bits.
 constexpr std::size_t longInteger = 19;
 
@@ -46,8 +43,22 @@ bool isLongInteger(std::string_view number) {
     return number.size() >= longInteger && number.find_first_of(".eE") == std::string_view::npos;
 }
 
-/// Gives every long integer an exponent: it is then read as a double instead of being refused.
-/// Absent when there is none.
+/// A long integer, written so that it is read as a double instead of being refused. What is no
+/// integer after all is refused all the same.
+std::string asDouble(std::string_view integer) {
+    // No integer of so few digits leaves a double's range.
+    constexpr std::size_t safeDigits = 308;
+    const bool isNegative = integer.starts_with('-');
+    const std::string_view digits = integer.substr(isNegative ? 1 : 0);
+    const bool isInteger =
+        !digits.starts_with('0') && std::all_of(digits.begin(), digits.end(), isDigit);
+    if (digits.size() <= safeDigits || !isInteger) {
+        return std::string(integer) + "e0";
+    }
+    return isNegative ? "-1.7976931348623157e308" : "1.7976931348623157e308";
+}
+
+/// The text with its long integers as doubles; absent when there is none.
 std::optional<std::string> withLongIntegersAsDoubles(std::string_view text) {
     std::string result;
     bool changed = false;
@@ -61,10 +72,11 @@ std::optional<std::string> withLongIntegersAsDoubles(std::string_view text) {
             end = endOfNumber(text, at);
         }
         const std::string_view token = text.substr(at, end - at);
-        result += token;
         if (isNumber && isLongInteger(token)) {
-            result += "e0";
+            result += asDouble(token);
             changed = true;
+        } else {
+            result += token;
         }
         at = end;
     }
@@ -145,9 +157,6 @@ std::optional<JsonObject> JsonReader::object(std::string_view text) {
 }
 
 std::optional<JsonObject> JsonReader::paddedObject(std::string_view text) {
-    if (parser_.capacity() > largeText && text.size() <= largeText) {
-        parser_ = simdjson::dom::parser();
-    }
     simdjson::dom::element root;
     simdjson::error_code error = parse(text, root);
     if (error == simdjson::UTF8_ERROR) {

@@ -46,12 +46,17 @@ private:
 /// the member is missing or no array.
 std::optional<std::vector<JsonObject>> dictArray(const JsonObject& object, std::string_view key);
 
+/// Some programs begin UTF-8 with it.
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// Reads JSON strictly: no trailing comma, leading zero, raw control character, lone surrogate,
-/// byte-order mark, nor a number beyond a double's range. Two leniencies: integers may have any
-/// number of digits, and every byte that is not valid UTF-8 becomes U+FFFD before reading.
+/// byte-order mark, nor a fraction or power beyond a double's range. Two leniencies: integers may
+/// have any number of digits (beyond a double's range they count as its end), and every byte that
+/// is not valid UTF-8 becomes U+FFFD before reading.
 /// Objects nested more than 1,024 deep are refused.
 ///
-/// Holds the parser's buffers for reuse. One thread at a time.
+/// Holds the parser's buffers, up to a dozen times the longest text, for reuse. One thread at a
+/// time.
 class JsonReader {
 public:
     /// So many bytes behind a text handed to `paddedObject` must be readable.

@@ -25,23 +25,21 @@ bool isFromAnotherSession(QStringView content) {
            || firstCharacters(content, teammateCharacters).contains(u"<teammate-message");
 }
 
-/// What the user wrote; absent when the line carries no text or returns a tool's result.
-std::optional<QString> promptText(const JsonObject& message) {
-    if (std::optional<QString> content = message.text("content")) {
-        return content;
-    }
+/// The texts among a message's blocks; empty when there is none or a tool's result is among them.
+QString joinedTexts(const JsonObject& message) {
     const auto blocks = dictArray(message, "content").value_or(std::vector<JsonObject>());
     QStringList texts;
     for (const JsonObject& block : blocks) {
         const std::string_view type = block.string("type").value_or("");
         if (type == "tool_result") {
-            return std::nullopt;
+            return {};
         }
-        if (const std::optional<QString> text = block.text("text"); text && type == "text") {
+        const auto text = type == "text" ? block.text("text") : std::nullopt;
+        if (text) {
             texts.append(*text);
         }
     }
-    return texts.isEmpty() ? std::nullopt : std::optional(texts.join(u' '));
+    return texts.join(u' ');
 }
 
 bool isTyped(QStringView prompt) {
@@ -139,7 +137,7 @@ void handleUser(const JsonObject& object, ParsedTail& tail) {
         || object.isTrue("isVisibleInTranscriptOnly")) {
         return;
     }
-    const QString prompt = promptText(message).value_or(QString()).trimmed();
+    const QString prompt = (content ? *content : joinedTexts(message)).trimmed();
     if (isTyped(prompt)) {
         tail.lastPrompt = elided(onOneLine(prompt), promptCharacters);
     }

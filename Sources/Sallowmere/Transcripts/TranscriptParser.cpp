@@ -3,6 +3,7 @@
 #include "Sallowmere/Transcripts/TranscriptParser.h"
 
 #include "Sallowmere/Text/Json.h"
+#include "Sallowmere/Text/Split.h"
 #include "Sallowmere/Transcripts/JSONLine.h"
 
 #include <algorithm>
@@ -11,38 +12,6 @@
 namespace sallowmere::TranscriptParser {
 
 namespace {
-
-constexpr std::size_t readStep = 65'536;
-
-/// Everything from `offset` to the end, however far the file has grown meanwhile.
-std::optional<std::string> readToEnd(ReadableFile& file, std::uint64_t offset) {
-    std::string bytes;
-    bytes.reserve(tailBytes + readStep);
-    for (;;) {
-        const std::size_t before = bytes.size();
-        bytes.resize(before + readStep);
-        const auto count = file.read(offset + before, {bytes.data() + before, readStep});
-        if (!count) {
-            return std::nullopt;
-        }
-        bytes.resize(before + *count);
-        if (*count == 0) {
-            return bytes;
-        }
-    }
-}
-
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        if (end > 0) {
-            lines.push_back(text.substr(0, end));
-        }
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
-}
 
 bool mayMatter(std::string_view line) {
     constexpr std::array<std::string_view, 4> marks{R"("type":"user")", R"("type":"assistant")",
@@ -98,7 +67,7 @@ std::optional<ParsedTail> parseTail(const FileSystem& files, const std::string& 
     if (start > 0 && firstLineFeed != std::string_view::npos) {
         text.remove_prefix(firstLineFeed + 1);
     }
-    return parseLines(splitLines(text));
+    return parseLines(splitPieces(text, '\n'));
 }
 
 ParsedTail parseLines(std::span<const std::string_view> lines) {

@@ -53,6 +53,8 @@ struct FileState {
     std::vector<Sample> samples;
     /// What follows the last line feed read so far.
     std::string carried;
+    /// Whether the unfinished line is too long to be looked at, and what was read of it is gone.
+    bool skipsLine = false;
 
 private:
     /// Lower-cased names by name as written.

@@ -71,6 +71,8 @@ public:
 
     void grow(std::size_t count) { used_ += count; }
 
+    void clear() { used_ = 0; }
+
     void dropFront(std::size_t count) {
         used_ -= count;
         std::memmove(data_.get(), data_.get() + count, used_);
@@ -100,6 +102,7 @@ UsageSnapshot UsageCalculator::compute(const Settings& settings, Timestamp now) 
     const Timestamp horizon = advancedBy(now, -horizonSpan);
     scanFiles(settings, horizon);
     buffer_.reset();
+    reader_ = JsonReader();
     return UsageWindows::assemble(timeline_.samples(states_, horizon), settings, now,
                                   currentBlockStart_);
 }
@@ -164,6 +167,7 @@ void UsageCalculator::ingest(const std::string& path, std::uint64_t size, Timest
     if (state.samples.size() > pruneThreshold) {
         std::erase_if(state.samples, [=](const Sample& s) { return s.time <= horizon; });
     }
+    state.samples.shrink_to_fit();
 }
 
 void UsageCalculator::readOn(ReadableFile& file, FileState& state, const Settings& settings,
@@ -176,24 +180,27 @@ void UsageCalculator::readOn(ReadableFile& file, FileState& state, const Setting
         state.offset += count;
         const std::size_t searched = buffer_->content().size();
         buffer_->grow(count);
-        const std::string_view content = buffer_->content();
-        const std::size_t unfinished = endOfLastLine(content.substr(searched));
-        if (unfinished == 0) {
-            continue;
+        if (const std::size_t end = endOfLastLine(buffer_->content().substr(searched))) {
+            parseLines(buffer_->content().substr(0, searched + end), state, settings, horizon);
+            buffer_->dropFront(searched + end);
         }
-        const std::size_t headSize = searched + unfinished;
-        parseLines(content.substr(0, headSize), state, settings, horizon);
-        buffer_->dropFront(headSize);
+        if (buffer_->content().size() > longestLine) {
+            state.skipsLine = true;
+            buffer_->clear();
+        }
     }
     state.carried.assign(buffer_->content());
     state.carried.shrink_to_fit();
-    state.samples.shrink_to_fit();
 }
 
 void UsageCalculator::parseLines(std::string_view text, FileState& state, const Settings& settings,
                                  Timestamp horizon) {
     // Searching the whole text for what few lines hold is faster than splitting it into lines.
     constexpr std::string_view assistantMark = R"("type":"assistant")";
+    if (state.skipsLine) {
+        text.remove_prefix(text.find('\n') + 1);
+        state.skipsLine = false;
+    }
     for (;;) {
         const std::size_t hit = positionOf(assistantMark, text);
         if (hit == std::string_view::npos) {
@@ -208,6 +215,9 @@ void UsageCalculator::parseLines(std::string_view text, FileState& state, const 
 
 void UsageCalculator::parseLine(std::string_view line, FileState& state, const Settings& settings,
                                 Timestamp horizon) {
+    if (line.size() > longestLine) {
+        return;
+    }
     const std::optional<std::string_view> peekedId = peekMessageId(line);
     if ((peekedId && state.seenIds.contains(*peekedId)) || !mentionsUsage(line)) {
         return;

@@ -31,6 +31,9 @@ public:
     static constexpr double horizonSpan = 622'800;
     /// Bytes of each read.
     static constexpr std::size_t readChunk = 4'194'304;
+    /// Bytes of the longest line that is looked at: real ones reach some megabytes, and a longer
+    /// one would have to be held in memory as long as it stays unfinished.
+    static constexpr std::size_t longestLine = 67'108'864;
     /// A file's samples are pruned of old ones only above this count.
     static constexpr std::size_t pruneThreshold = 4'096;
 
