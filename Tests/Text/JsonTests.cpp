@@ -97,6 +97,7 @@ TEST(Json, TakesIntegersOfAnyLength) {
         std::string_view digits;
         double value;
     };
+    const std::string longest = '1' + std::string(308, '0');
     JsonReader reader;
     for (const Row& row : {
              Row{"9223372036854775807", 9223372036854775807.0},
@@ -105,6 +106,7 @@ TEST(Json, TakesIntegersOfAnyLength) {
              Row{"-9223372036854775809", -9223372036854775809.0},
              Row{"123456789012345678901234567890", 123456789012345678901234567890.0},
              Row{"-123456789012345678901234567890", -123456789012345678901234567890.0},
+             Row{longest, 1e308},
          }) {
         const std::string text = R"({"a":)" + std::string(row.digits) + R"(,"b":[{"c":)"
                                  + std::string(row.digits)

@@ -5,6 +5,8 @@
 #include "Sallowmere/Text/Characters.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 #include <utility>
 
 namespace sallowmere {
@@ -46,13 +48,13 @@ bool isLongInteger(std::string_view number) {
 /// A long integer, written so that it is read as a double instead of being refused. What is no
 /// integer after all is refused all the same.
 std::string asDouble(std::string_view integer) {
-    // No integer of so few digits leaves a double's range.
-    constexpr std::size_t safeDigits = 308;
     const bool isNegative = integer.starts_with('-');
     const std::string_view digits = integer.substr(isNegative ? 1 : 0);
     const bool isInteger =
         !digits.starts_with('0') && std::all_of(digits.begin(), digits.end(), isDigit);
-    if (digits.size() <= safeDigits || !isInteger) {
+    double value = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (!isInteger || read.ec != std::errc::result_out_of_range) {
         return std::string(integer) + "e0";
     }
     return isNegative ? "-1.7976931348623157e308" : "1.7976931348623157e308";
