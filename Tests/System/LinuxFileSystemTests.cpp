@@ -197,7 +197,7 @@ TEST(LinuxFileSystem, TellsNoBirthTimeWhereThereIsNone) {
 }
 
 TEST(LinuxFileSystem, HasNothingAtAPathWithANul) {
-    const auto behindNul = [](std::string path) { return path + '\0' + "more"; };
+    const auto behindNul = [](const std::string& path) { return path + '\0' + "more"; };
     EXPECT_FALSE(files.list(behindNul("/"), [](std::string_view, EntryType) {}));
     EXPECT_FALSE(files.status(behindNul("/bin/sh"), Links::follow).has_value());
     EXPECT_EQ(files.open(behindNul("/bin/sh")), nullptr);
