@@ -12,7 +12,6 @@ namespace {
 using DiagnosticDump::Model;
 using DiagnosticDump::report;
 using testing::HasSubstr;
-using testing::Not;
 
 Model emptyModel() {
     Model model;

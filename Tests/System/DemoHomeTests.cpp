@@ -250,7 +250,7 @@ TEST(DemoHome, SpreadsItsUsageOverSixDaysOfBlocks) {
     for (const QDateTime& time : times) {
         if (time >= end) {
             ++blocks;
-            end = time.addSecs(5 * 3'600);
+            end = time.addSecs(qint64{5} * 3'600);
         }
     }
     EXPECT_EQ(blocks, 8);

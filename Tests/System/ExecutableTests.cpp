@@ -17,7 +17,6 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* program = ".local/bin/claude";

@@ -157,7 +157,7 @@ TEST(LinuxFileSystem, TellsTheModificationTimeOfALinksTarget) {
 
 /// Sets a file's time and tells whether its file system kept it.
 bool keepsTime(const std::string& path, std::int64_t seconds) {
-    struct stat found {};
+    struct stat found = {};
     return setModified(path, seconds) && stat(path.c_str(), &found) == 0
            && found.st_mtim.tv_sec == seconds;
 }

@@ -19,17 +19,19 @@ namespace {
 constexpr std::int32_t assistant = 100;
 constexpr std::size_t kernelNameBytes = 15;
 
+const LinuxProcessTable processes;
+
 /// The display name for an assistant whose parent has this name, or "none".
 QString nameUnder(const std::string& comm) {
     const ProcessScanner::Table table{{assistant, {assistant, 101, 0, 0, "00:01", "claude"}},
                                       {101, {101, 1, 0, 0, "00:01", comm}}};
     const auto terminal =
-        ProcessScanner::terminalAncestor(assistant, table, 1, LinuxProcessTable().terminals());
+        ProcessScanner::terminalAncestor(assistant, table, 1, processes.terminals());
     return terminal ? terminal->name : QStringLiteral("none");
 }
 
 TEST(LinuxTerminals, AreNamesThatTheKernelCanShow) {
-    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+    for (const TerminalRule& rule : processes.terminals()) {
         EXPECT_FALSE(rule.needle.empty());
         EXPECT_LE(rule.needle.size(), kernelNameBytes) << rule.needle;
         const QString needle = QString::fromUtf8(rule.needle.data(), qsizetype(rule.needle.size()));
@@ -41,13 +43,13 @@ TEST(LinuxTerminals, AreNamesThatTheKernelCanShow) {
 
 TEST(LinuxTerminals, AreListedOnce) {
     std::set<std::string_view> needles;
-    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+    for (const TerminalRule& rule : processes.terminals()) {
         EXPECT_TRUE(needles.insert(rule.needle).second) << rule.needle;
     }
 }
 
 TEST(LinuxTerminals, AreNotCaughtByTheOnesKnownEverywhere) {
-    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+    for (const TerminalRule& rule : processes.terminals()) {
         for (const TerminalRule& known : ProcessScanner::knownTerminals()) {
             EXPECT_EQ(rule.needle.find(known.needle), std::string_view::npos)
                 << rule.needle << " never matches";
@@ -59,13 +61,13 @@ TEST(LinuxTerminals, AreListedInTheReadme) {
     std::ifstream file(SALLOWMERE_SOURCE_DIR "/README.md");
     std::string page(std::istreambuf_iterator<char>(file), {});
     std::replace(page.begin(), page.end(), '\n', ' ');
-    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+    for (const TerminalRule& rule : processes.terminals()) {
         EXPECT_THAT(page, testing::HasSubstr(' ' + std::string(rule.displayName)));
     }
 }
 
 TEST(LinuxTerminals, AreEachFoundUnderTheirName) {
-    for (const TerminalRule& rule : LinuxProcessTable().terminals()) {
+    for (const TerminalRule& rule : processes.terminals()) {
         EXPECT_EQ(nameUnder(std::string(rule.needle)).toStdString(), rule.displayName);
     }
 }

@@ -38,7 +38,7 @@ public:
 
 private:
     static std::string copyOfShell(const TemporaryHome& home, const std::string& name) {
-        const std::string path = home.makeDirectory("bin") + '/' + name;
+        std::string path = home.makeDirectory("bin") + '/' + name;
         std::filesystem::copy_file("/bin/sh", path, std::filesystem::copy_options::skip_existing);
         return path;
     }

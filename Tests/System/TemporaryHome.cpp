@@ -34,7 +34,7 @@ std::string TemporaryHome::operator/(std::string_view relative) const {
 }
 
 std::string TemporaryHome::write(std::string_view relative, std::string_view content) const {
-    const std::string path = *this / relative;
+    std::string path = *this / relative;
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream stream(path, std::ios::binary);
     stream << content;
@@ -46,13 +46,13 @@ std::string TemporaryHome::write(std::string_view relative, std::string_view con
 }
 
 std::string TemporaryHome::makeDirectory(std::string_view relative) const {
-    const std::string path = *this / relative;
+    std::string path = *this / relative;
     fs::create_directories(path);
     return path;
 }
 
 std::string TemporaryHome::makeFifo(std::string_view relative) const {
-    const std::string path = *this / relative;
+    std::string path = *this / relative;
     fs::create_directories(fs::path(path).parent_path());
     if (mkfifo(path.c_str(), 0600) != 0) {
         throw std::runtime_error("cannot make " + path);
@@ -61,14 +61,14 @@ std::string TemporaryHome::makeFifo(std::string_view relative) const {
 }
 
 std::string TemporaryHome::makeLink(std::string_view relative, const std::string& target) const {
-    const std::string path = *this / relative;
+    std::string path = *this / relative;
     fs::create_directories(fs::path(path).parent_path());
     fs::create_symlink(target, path);
     return path;
 }
 
 std::string TemporaryHome::writeProgram(std::string_view relative) const {
-    const std::string path = write(relative, "#!/bin/sh\n");
+    std::string path = write(relative, "#!/bin/sh\n");
     fs::permissions(path, fs::perms::owner_all);
     return path;
 }

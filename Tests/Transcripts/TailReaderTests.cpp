@@ -41,7 +41,7 @@ TEST(TailReader, KeepsTheFirstLineOfAShortFile) {
 
 TEST(TailReader, ReadsNoMoreThanTheEndOfALongFile) {
     FakeFileSystem files;
-    files.addFile(path, filled(2 * 1'024 * 1'024, 'x', '\n' + prompt("Hello") + '\n'));
+    files.addFile(path, filled(std::size_t{2} * 1'024 * 1'024, 'x', '\n' + prompt("Hello") + '\n'));
     const auto tail = TranscriptParser::parseTail(files, path);
     ASSERT_TRUE(tail);
     EXPECT_THAT(utf8(tail->lastPrompt), Optional(std::string("Hello")));

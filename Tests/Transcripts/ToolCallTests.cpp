@@ -19,6 +19,7 @@ using testing::SizeIs;
 
 ParsedTail afterCalls(const std::vector<std::string>& calls) {
     std::vector<std::string> lines;
+    lines.reserve(calls.size());
     for (const std::string& call : calls) {
         lines.push_back(assistant(call));
     }

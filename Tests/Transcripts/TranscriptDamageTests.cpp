@@ -99,16 +99,15 @@ TEST(TranscriptDamage, CutAtTheFrontLeavesTheLinesThatAreWhole) {
     // Long enough for the reader to begin at a given place of the session.
     const std::vector<std::string> lines = session();
     const std::string content = file(lines);
+    const std::string preceded = 'x' + content;
     std::size_t lineStart = 0;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const std::vector<std::string> rest(lines.begin() + std::ptrdiff_t(i) + 1, lines.end());
         for (const std::size_t within : {std::size_t{0}, std::size_t{1}, lines[i].size() / 2,
                                          lines[i].size() - 1, lines[i].size()}) {
             const std::size_t cut = lineStart + within;
-            const std::string end = content.substr(cut);
-            const std::string filling(TranscriptParser::tailBytes - end.size(), '\n');
-            ASSERT_EQ(tailOf("x" + content.substr(0, cut) + end + filling), folded(rest))
-                << i << ' ' << within;
+            const std::string filling(TranscriptParser::tailBytes - (content.size() - cut), '\n');
+            ASSERT_EQ(tailOf(preceded + filling), folded(rest)) << i << ' ' << within;
         }
         lineStart += lines[i].size() + 1;
     }

@@ -7,6 +7,7 @@
 #include "Support/Times.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,8 +42,7 @@ inline std::string quoted(const std::string& text) {
 /// The moment as a transcript spells it, to the millisecond.
 inline std::string spelled(Timestamp time) {
     const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(time);
-    return QDateTime::fromMSecsSinceEpoch(milliseconds.time_since_epoch().count())
-        .toUTC()
+    return QDateTime::fromMSecsSinceEpoch(milliseconds.time_since_epoch().count(), QTimeZone::utc())
         .toString(Qt::ISODateWithMs)
         .toStdString();
 }
