@@ -35,8 +35,8 @@ std::size_t endOfLastLine(std::string_view text) {
 bool mentionsUsage(std::string_view line) {
     constexpr std::string_view mark = R"("usage")";
     constexpr std::size_t nearEnd = 1'024;
-    const std::size_t end = line.size() - std::min(line.size(), nearEnd);
-    return positionOf(mark, line.substr(end)) != std::string_view::npos
+    const std::size_t tailStart = line.size() - std::min(line.size(), nearEnd);
+    return positionOf(mark, line.substr(tailStart)) != std::string_view::npos
            || positionOf(mark, line) != std::string_view::npos;
 }
 
