@@ -7,9 +7,15 @@
 
 # shellcheck disable=SC2034 # For the scripts that source this one.
 {
-    packagesToBuild=(cmake g++ libsimdjson-dev ninja-build qt6-base-dev)
-    packagesToRun=(procps)
-    packagesToTest=(libgmock-dev libgtest-dev locales)
+    packagesToBuild=(
+        cmake g++ libcanberra-dev libsecret-1-dev libsimdjson-dev libxcb-ewmh-dev libxcb-icccm4-dev
+        libxcb-res0-dev libxcb-xtest0-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev
+        ninja-build pkgconf qt6-base-dev xkb-data)
+    packagesToRun=(libcanberra-pulse procps sound-theme-freedesktop xdg-utils)
+    packagesToTest=(
+        dbus-daemon gnome-keyring libgcrypt20-dev libglib2.0-dev libgmock-dev libgtest-dev
+        locales openbox openssl pulseaudio pulseaudio-utils rxvt-unicode x11-xkb-utils xfwm4 xterm
+        xvfb)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
     packagesToMeasure=(libbenchmark-dev)

@@ -47,7 +47,7 @@ public:
     virtual std::optional<std::size_t> read(std::uint64_t offset, std::span<char> buffer) = 0;
 };
 
-/// Read access to files. Paths are bytes as the kernel has them, in whatever encoding; there is
+/// Access to files. Paths are bytes as the kernel has them, in whatever encoding; there is
 /// nothing at a path with a NUL in it.
 /// Nothing throws; implementations may be used from one thread at a time.
 class FileSystem {
@@ -75,11 +75,15 @@ public:
 
     /// Whether `path` is a regular file, also through links, that this user may execute.
     virtual bool isExecutableFile(const std::string& path) const = 0;
+
+    /// Removes a file, or a link itself; never a directory. False when nothing was removed.
+    virtual bool removeFile(const std::string& path) const = 0;
 };
 
 /// Everything from byte `offset` to the end, however far the file grows meanwhile; absent when a
-/// read fails.
-std::optional<std::string> readToEnd(ReadableFile& file, std::uint64_t offset);
+/// read fails or there are more than `most` bytes.
+std::optional<std::string> readToEnd(ReadableFile& file, std::uint64_t offset,
+                                     std::uint64_t most = UINT64_MAX);
 
 /// The whole content of a regular file; absent when it cannot be opened or a read fails.
 std::optional<std::string> readWholeFile(const FileSystem& files, const std::string& path);

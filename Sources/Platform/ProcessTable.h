@@ -30,7 +30,9 @@ public:
     virtual ~ProcessTable() = default;
 
     /// What `/bin/ps -axo pid=,ppid=,uid=,pcpu=,etime=,comm=` prints, as it comes. Empty when it
-    /// cannot be started; its exit status does not matter. Waits until it has ended.
+    /// cannot be started; how it ends does not matter. Waits until it has ended, but not for ever:
+    /// one that does not end within some seconds is killed and counts as one that could not be
+    /// started, whatever it printed until then.
     virtual std::string listing() const = 0;
 
     /// Working directory of a process as the kernel tells it; absent when it does not (another

@@ -117,11 +117,7 @@ Model collect(const FileSystem& files, const ProcessTable& processes, const Cloc
     model.usage = UsageCalculator(files).compute(settings, clock());
     const std::vector<ClaudeProcess> running = ProcessScanner::scan(processes);
     ProcessScanner::Matches matches = ProcessScanner::match(running, model.sessions, clock());
-    for (SessionInfo& session : model.sessions) {
-        const auto process = matches.bySessionId.constFind(session.id);
-        session.process =
-            process == matches.bySessionId.constEnd() ? std::nullopt : std::optional(*process);
-    }
+    ProcessScanner::attach(matches, model.sessions);
     model.orphans = std::move(matches.orphans);
     model.claudeBinary = PromptRunner::resolveClaudeBinary(settings, files, home);
     return model;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
 
 namespace sallowmere {
 namespace {
@@ -59,6 +60,14 @@ TEST(ClaudeBinary, FallsBackOnThePlacesWhenTheChosenOneIsMissing) {
     FakeFileSystem files;
     addProgram(files, "/opt/homebrew/bin/claude");
     EXPECT_EQ(resolve(files, "/nowhere/claude"), "/opt/homebrew/bin/claude");
+}
+
+TEST(ClaudeBinary, HasAFullPathHoweverItWasChosen) {
+    FakeFileSystem files;
+    addProgram(files, "tools/claude");
+    EXPECT_EQ(resolve(files, "tools/claude"), std::filesystem::current_path() / "tools/claude");
+    EXPECT_EQ(resolve(files, "claude"), std::nullopt);
+    EXPECT_EQ(resolve(files, ""), std::nullopt);
 }
 
 TEST(ClaudeBinary, IsARegularFileThatMayBeExecuted) {

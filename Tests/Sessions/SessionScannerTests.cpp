@@ -208,5 +208,16 @@ TEST_F(SessionScanning, SurvivesNamesThatAreNoText) {
     EXPECT_EQ(utf8(sessions[0].sessionId), "\xEF\xBF\xBD.jsonl");
 }
 
+TEST_F(SessionScanning, KeepsTheNewestOfThoseWhosePathsReadTheSame) {
+    files.addFile("/root/a/\xFD.jsonl", prompt("old"), ago(3));
+    files.addFile("/root/a/\xFE.jsonl", prompt("new"), ago(1));
+    files.addFile("/root/a/\xFF.jsonl", prompt("middle"), ago(2));
+    files.addFile("/root/a/x.jsonl", prompt("other"), ago(4));
+    const std::vector<SessionInfo> sessions = scan();
+    ASSERT_THAT(sessions, SizeIs(2));
+    EXPECT_EQ(utf8(sessions[0].lastPrompt), "new");
+    EXPECT_EQ(utf8(sessions[1].lastPrompt), "other");
+}
+
 } // namespace
 } // namespace sallowmere

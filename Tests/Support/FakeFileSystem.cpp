@@ -78,11 +78,17 @@ std::optional<FileStatus> FakeFileSystem::status(const std::string& path, Links 
     if (links == Links::keep && links_.contains(path)) {
         return FileStatus{EntryType::link, 0, {}, std::nullopt};
     }
+    if (directories_.contains(resolved(path))) {
+        return FileStatus{EntryType::directory, 0, {}, std::nullopt};
+    }
     const auto entry = entries_.find(resolved(path));
     if (entry == entries_.end()) {
         return std::nullopt;
     }
     const File& file = entry->second;
+    if (!file.statusKnown) {
+        return std::nullopt;
+    }
     return FileStatus{file.type, file.content.size(), file.modified, file.created};
 }
 
@@ -102,9 +108,24 @@ bool FakeFileSystem::isExecutableFile(const std::string& path) const {
            && entry->second.type == EntryType::regular;
 }
 
+bool FakeFileSystem::removeFile(const std::string& path) const {
+    removed_.push_back(path);
+    if (links_.erase(path) != 0) {
+        return true;
+    }
+    const auto entry = entries_.find(resolved(path));
+    if (entry == entries_.end() || !entry->second.removable
+        || entry->second.type == EntryType::directory) {
+        return false;
+    }
+    entries_.erase(entry);
+    return true;
+}
+
 void FakeFileSystem::forget() {
     opened_.clear();
     listed_.clear();
+    removed_.clear();
     bytesRead_ = 0;
 }
 

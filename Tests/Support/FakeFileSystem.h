@@ -23,6 +23,9 @@ public:
         EntryType type = EntryType::regular;
         bool readable = true;
         bool executable = false;
+        bool removable = true;
+        /// Whether anything but the name is told about the file.
+        bool statusKnown = true;
         /// Whether the size of the open file can be told.
         bool sizeKnown = true;
         /// Reads at or beyond this offset fail.
@@ -44,10 +47,13 @@ public:
     std::optional<FileStatus> status(const std::string& path, Links links) const override;
     std::unique_ptr<ReadableFile> open(const std::string& path) const override;
     bool isExecutableFile(const std::string& path) const override;
+    bool removeFile(const std::string& path) const override;
 
-    /// Paths as they were opened or listed, in order, and bytes read since the last `forget`.
+    /// Paths as they were opened, listed or asked to be removed, in order, and bytes read since the
+    /// last `forget`.
     const std::vector<std::string>& opened() const { return opened_; }
     const std::vector<std::string>& listed() const { return listed_; }
+    const std::vector<std::string>& removed() const { return removed_; }
     std::uint64_t bytesRead() const { return bytesRead_; }
     void forget();
 
@@ -56,12 +62,13 @@ private:
 
     std::string resolved(const std::string& path) const;
 
-    std::map<std::string, File> entries_;
-    std::map<std::string, std::string> links_;
+    mutable std::map<std::string, File> entries_;
+    mutable std::map<std::string, std::string> links_;
     std::set<std::string> directories_;
     std::set<std::string> unlistable_;
     mutable std::vector<std::string> opened_;
     mutable std::vector<std::string> listed_;
+    mutable std::vector<std::string> removed_;
     mutable std::uint64_t bytesRead_ = 0;
 };
 

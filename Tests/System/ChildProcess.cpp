@@ -89,11 +89,14 @@ private:
 } // namespace
 
 Outcome run(const Command& command) {
-    const Capture input;
+    const Capture nothing;
+    return run(command, nothing.descriptor());
+}
+
+Outcome run(const Command& command, int input) {
     const Capture output;
     const Capture errors;
-    const int status =
-        waitFor(spawn(command, input.descriptor(), output.descriptor(), errors.descriptor()));
+    const int status = waitFor(spawn(command, input, output.descriptor(), errors.descriptor()));
     return {WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt, output.content(),
             errors.content()};
 }

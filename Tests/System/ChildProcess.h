@@ -30,6 +30,9 @@ struct Outcome {
 /// Runs a program with no input to its end.
 Outcome run(const Command& command);
 
+/// The same with a descriptor as its standard input, which stays the caller's.
+Outcome run(const Command& command, int input);
+
 /// A program that runs beside the test, in a process group of its own. When destroyed it is ended
 /// with everything that it started.
 class ChildProcess {

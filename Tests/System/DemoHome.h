@@ -15,18 +15,20 @@
 namespace sallowmere {
 
 /// How a program ended and what it said. `status` is -1 for one that crashed or did not start.
-struct Outcome {
+struct ProgramRun {
     int status = -1;
     QString output;
     QString errors;
 };
 
 /// Runs a program to its end, with `home` as the home directory unless it is empty.
-Outcome runProgram(const QString& program, const QStringList& arguments, const QString& home = {});
+ProgramRun runProgram(const QString& program, const QStringList& arguments,
+                      const QString& home = {});
 
 /// The script that writes demo homes.
+inline constexpr const char* demoHomeScript = SALLOWMERE_SOURCE_DIR "/Scripts/make-demo-home";
 void startScript(QProcess& script, const QStringList& arguments);
-Outcome runScript(const QStringList& arguments);
+ProgramRun runScript(const QStringList& arguments);
 
 /// A demo home as the script writes it, gone with this object.
 class DemoHome {

@@ -273,8 +273,8 @@ TEST(DemoHome, UsesPartOfEachAllowance) {
 
 TEST(DemoHome, IsReportedByTheProgram) {
     const DemoHome home;
-    const Outcome run = runProgram(QStringLiteral(SALLOWMERE_EXECUTABLE),
-                                   {QStringLiteral("--dump")}, home.file(""));
+    const ProgramRun run = runProgram(QStringLiteral(SALLOWMERE_EXECUTABLE),
+                                      {QStringLiteral("--dump")}, home.file(""));
     EXPECT_EQ(run.status, 0);
     QStringList states;
     for (const QString& line : run.output.split(u'\n')) {
@@ -289,7 +289,7 @@ TEST(DemoHomeScript, RefusesADirectoryThatIsNotEmpty) {
     const QTemporaryDir directory;
     QFile file(directory.filePath(QStringLiteral(".hidden")));
     ASSERT_TRUE(file.open(QFile::WriteOnly));
-    const Outcome run = runScript({directory.path()});
+    const ProgramRun run = runScript({directory.path()});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.errors.toStdString(), HasSubstr("the directory is not empty"));
     EXPECT_THAT(
@@ -303,7 +303,7 @@ TEST(DemoHomeScript, DoesNotWriteADemoHomeTwice) {
 }
 
 TEST(DemoHomeScript, SaysHowToUseIt) {
-    const Outcome help = runScript({QStringLiteral("--help")});
+    const ProgramRun help = runScript({QStringLiteral("--help")});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.output.startsWith(QStringLiteral("Usage: make-demo-home DIR")));
     const QTemporaryDir directory;
@@ -314,7 +314,7 @@ TEST(DemoHomeScript, SaysHowToUseIt) {
     };
     for (const QStringList& arguments : wrong) {
         SCOPED_TRACE(arguments.join(u' ').toStdString());
-        const Outcome run = runScript(arguments);
+        const ProgramRun run = runScript(arguments);
         EXPECT_EQ(run.status, 2);
         EXPECT_THAT(run.errors.toStdString(), HasSubstr("Usage: make-demo-home DIR"));
     }

@@ -290,6 +290,17 @@ TEST(WholeFile, IsReadWhateverItsLength) {
     EXPECT_EQ(readWholeFile(files, home.makeDirectory("directory")), std::nullopt);
 }
 
+TEST(EndOfFile, IsReadUpToALimit) {
+    const TemporaryHome home;
+    for (const std::size_t length : {0U, 1U, 65'536U, 200'000U}) {
+        const auto file = files.open(home.write("file", "head" + std::string(length, 'x')));
+        ASSERT_NE(file, nullptr);
+        EXPECT_EQ(readToEnd(*file, 4), std::string(length, 'x')) << length;
+        EXPECT_EQ(readToEnd(*file, 4, length), std::string(length, 'x')) << length;
+        EXPECT_EQ(readToEnd(*file, 3, length), std::nullopt) << length;
+    }
+}
+
 TEST(ExecutableFile, IsARegularFileThatMayBeExecuted) {
     const TemporaryHome home;
     home.writeProgram("program");

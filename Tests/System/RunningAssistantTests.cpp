@@ -47,11 +47,22 @@ private:
     pid_t assistant_;
 };
 
+/// Some versions of `ps` take a process in its first clock tick for one from long before the
+/// machine was switched on.
+bool isOlderThanATick(const ClaudeProcess& process) {
+    constexpr std::int64_t thousandYears = 31'536'000'000;
+    return process.elapsedSeconds < thousandYears;
+}
+
 std::optional<ClaudeProcess> found(pid_t pid) {
-    const std::vector<ClaudeProcess> processes = ProcessScanner::scan(LinuxProcessTable());
-    const auto process = std::find_if(processes.begin(), processes.end(),
-                                      [=](const ClaudeProcess& p) { return p.pid == pid; });
-    return process == processes.end() ? std::nullopt : std::optional(*process);
+    std::optional<ClaudeProcess> result;
+    do {
+        const std::vector<ClaudeProcess> processes = ProcessScanner::scan(LinuxProcessTable());
+        const auto process = std::find_if(processes.begin(), processes.end(),
+                                          [=](const ClaudeProcess& p) { return p.pid == pid; });
+        result = process == processes.end() ? std::nullopt : std::optional(*process);
+    } while (result && !isOlderThanATick(*result));
+    return result;
 }
 
 Timestamp present() {

@@ -67,8 +67,8 @@ std::string TemporaryHome::makeLink(std::string_view relative, const std::string
     return path;
 }
 
-std::string TemporaryHome::writeProgram(std::string_view relative) const {
-    std::string path = write(relative, "#!/bin/sh\n");
+std::string TemporaryHome::writeProgram(std::string_view relative, std::string_view script) const {
+    std::string path = write(relative, "#!/bin/sh\n" + std::string(script));
     fs::permissions(path, fs::perms::owner_all);
     return path;
 }

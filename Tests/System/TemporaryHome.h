@@ -26,8 +26,8 @@ public:
     std::string makeDirectory(std::string_view relative) const;
     std::string makeFifo(std::string_view relative) const;
     std::string makeLink(std::string_view relative, const std::string& target) const;
-    /// A file that may be executed.
-    std::string writeProgram(std::string_view relative) const;
+    /// A shell script that may be executed.
+    std::string writeProgram(std::string_view relative, std::string_view script = "") const;
 
     /// A finished session in the working directory `cwd`; returns the transcript's path.
     std::string addSession(std::string_view project, std::string_view title,

@@ -103,6 +103,58 @@ TEST(FirstCharacters, NeverPartsAClusterWhateverItsLength) {
     }
 }
 
+TEST(LastCharacters, CountsWhatTheUserPerceives) {
+    struct Row {
+        QStringView text;
+        qsizetype count;
+        QStringView last;
+    };
+    for (const Row& row : {
+             Row{u"abcdef", 3, u"def"},
+             Row{u"abc", 3, u"abc"},
+             Row{u"abc", 4, u"abc"},
+             Row{u"", 3, u""},
+             Row{u"abc", 0, u""},
+             Row{u"xe\u0301e\u0301", 2, u"e\u0301e\u0301"},
+             Row{u"xe\u0301ab", 3, u"e\u0301ab"},
+             Row{u"x\U0001F44D\U0001F3FD", 1, u"\U0001F44D\U0001F3FD"},
+             Row{u"x❤\uFE0F", 1, u"❤\uFE0F"},
+             Row{u"x\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466", 1,
+                 u"\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466"},
+             // Flags pair up from the front: of five letters the last stands alone.
+             Row{u"\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", 1, u"\U0001F1EB\U0001F1F7"},
+             Row{u"\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7\U0001F1EE", 2,
+                 u"\U0001F1EB\U0001F1F7\U0001F1EE"},
+             Row{u"\u1100\u1161\u11A8\u1100", 1, u"\u1100"},
+             Row{u"a\r\nb", 2, u"\r\nb"},
+             Row{u"\r\n\r\n", 1, u"\r\n"},
+             Row{u"\n\n", 1, u"\n"},
+             // A mark that follows nothing counts for itself.
+             Row{u"\u0301ab", 3, u"\u0301ab"},
+             Row{u"\u0301ab", 2, u"ab"},
+         }) {
+        EXPECT_EQ(utf8(lastCharacters(row.text, row.count)), utf8(row.last))
+            << utf8(row.text) << ' ' << row.count;
+    }
+}
+
+TEST(LastCharacters, KeepsAGiantClusterWhole) {
+    const QString giant = u'e' + combiningAcute.repeated(100'000);
+    EXPECT_EQ(lastCharacters(giant, 1).size(), giant.size());
+    EXPECT_EQ(lastCharacters(more + giant, 1).size(), giant.size());
+    EXPECT_EQ(lastCharacters(more + giant, 3).size(), giant.size() + 2);
+}
+
+TEST(LastCharacters, AreTheFirstOnesOfWhatIsLeft) {
+    const QString text = QStringLiteral("a\u0301\U0001F44D\U0001F3FD\r\n\U0001F1E9\U0001F1EAz");
+    for (qsizetype count = 0; count <= 5; ++count) {
+        EXPECT_EQ(firstCharacters(text, 5 - count).toString()
+                      + lastCharacters(text, count).toString(),
+                  text)
+            << count;
+    }
+}
+
 TEST(Elided, AppendsAnEllipsisOnlyWhenSomethingWasCut) {
     EXPECT_EQ(utf8(elided(u"abcd", 4)), "abcd");
     EXPECT_EQ(utf8(elided(u"abcde", 4)), "abcd…");

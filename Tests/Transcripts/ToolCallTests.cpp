@@ -222,6 +222,9 @@ TEST(PrimaryArgument, IsOneLineOfAtMostFortyEightCharacters) {
     EXPECT_EQ(argumentOf(command("a\nb\n\nc\r\n")), "a b  c\r ");
     // The blank of a line feed counts apart from the return before it.
     EXPECT_EQ(argumentOf(command(std::string(47, 'x') + "\r\ny")), std::string(47, 'x') + "\r…");
+    EXPECT_EQ(argumentOf(command(std::string(47, 'x') + "\r\nyy")), std::string(47, 'x') + "\r…");
+    EXPECT_EQ(argumentOf(command(std::string(48, 'x') + "\r\n")), std::string(48, 'x') + "…");
+    EXPECT_EQ(argumentOf(command(std::string(47, 'x') + "\r")), std::string(47, 'x') + "\r");
     // A path is taken apart before it is cut.
     EXPECT_EQ(argumentOf(R"({"file_path":"/)" + std::string(100, 'x') + R"(/notes.txt"})"),
               "notes.txt");

@@ -142,4 +142,8 @@ bool LinuxFileSystem::isExecutableFile(const std::string& path) const {
     return found && found->type == EntryType::regular && access(path.c_str(), X_OK) == 0;
 }
 
+bool LinuxFileSystem::removeFile(const std::string& path) const {
+    return isNameable(path) && unlink(path.c_str()) == 0;
+}
+
 } // namespace sallowmere

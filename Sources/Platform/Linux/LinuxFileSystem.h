@@ -13,6 +13,7 @@ public:
     std::optional<FileStatus> status(const std::string& path, Links links) const override;
     std::unique_ptr<ReadableFile> open(const std::string& path) const override;
     bool isExecutableFile(const std::string& path) const override;
+    bool removeFile(const std::string& path) const override;
 };
 
 } // namespace sallowmere

@@ -2,24 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Linux/LinuxProcessTable.h"
 
-#include <QProcess>
+#include "Platform/Linux/ProgramOutput.h"
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include <unistd.h>
 
 namespace sallowmere {
 
+LinuxProcessTable::LinuxProcessTable(std::string ps, double patience)
+    : ps_(std::move(ps)), patience_(patience) {}
+
 std::string LinuxProcessTable::listing() const {
-    QProcess ps;
-    ps.setStandardInputFile(QProcess::nullDevice());
-    ps.setStandardErrorFile(QProcess::nullDevice());
-    ps.start(QStringLiteral("/bin/ps"),
-             {QStringLiteral("-axo"), QStringLiteral("pid=,ppid=,uid=,pcpu=,etime=,comm=")},
-             QIODevice::ReadOnly);
-    ps.waitForFinished(-1);
-    return ps.readAllStandardOutput().toStdString();
+    return outputOf(ps_, {"-axo", "pid=,ppid=,uid=,pcpu=,etime=,comm="}, patience_).value_or("");
 }
 
 std::optional<std::string> LinuxProcessTable::workingDirectory(std::int32_t pid) const {

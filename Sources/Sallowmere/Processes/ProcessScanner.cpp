@@ -244,4 +244,12 @@ Matches match(std::span<const ClaudeProcess> processes, std::span<const SessionI
     return matches;
 }
 
+void attach(const Matches& matches, std::vector<SessionInfo>& sessions) {
+    for (SessionInfo& session : sessions) {
+        const auto process = matches.bySessionId.constFind(session.id);
+        session.process =
+            process == matches.bySessionId.constEnd() ? std::nullopt : std::optional(*process);
+    }
+}
+
 } // namespace sallowmere::ProcessScanner

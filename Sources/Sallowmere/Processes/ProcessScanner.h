@@ -87,6 +87,9 @@ struct Matches {
 Matches match(std::span<const ClaudeProcess> processes, std::span<const SessionInfo> sessions,
               Timestamp now);
 
+/// Gives each session its matched process; one without a match has none from then on.
+void attach(const Matches& matches, std::vector<SessionInfo>& sessions);
+
 } // namespace ProcessScanner
 
 } // namespace sallowmere

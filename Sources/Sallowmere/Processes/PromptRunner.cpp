@@ -2,12 +2,59 @@
 // SPDX-License-Identifier: MIT
 #include "Sallowmere/Processes/PromptRunner.h"
 
+#include "Sallowmere/Text/Characters.h"
 #include "Sallowmere/Text/Paths.h"
 
+#include <algorithm>
 #include <array>
+#include <filesystem>
+#include <iterator>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace sallowmere::PromptRunner {
+
+namespace {
+
+constexpr std::string_view pathVariable = "PATH=";
+
+/// Against the directory that this program runs in, as the file system takes it; runs have another.
+std::optional<std::string> fullPath(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path full = std::filesystem::absolute(path, error);
+    return error ? std::nullopt : std::optional(full.native());
+}
+
+std::string directoryOf(const std::string& path) {
+    return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+}
+
+std::optional<QString> outcome(const ProgramEnd& end) {
+    if (end.status == 0) {
+        return std::nullopt;
+    }
+    const QString text = decodeUtf8(end.errors).trimmed();
+    return text.isEmpty() ? QStringLiteral("claude exited with status %1").arg(end.status)
+                          : lastCharacters(text, reportedErrorCharacters).toString();
+}
+
+Program program(const std::string& binary, const QStringList& arguments, const SessionInfo& session,
+                const Services& services) {
+    Program program;
+    program.path = binary;
+    for (const QString& argument : arguments) {
+        program.arguments.push_back(argument.toStdString());
+    }
+    program.environment = environment(binary, services.home, services.programs.environment());
+    if (session.cwd && services.files.status(session.cwd->toStdString(), Links::follow)) {
+        program.directory = session.cwd->toStdString();
+    }
+    program.keptErrorBytes = keptErrorBytes;
+    return program;
+}
+
+} // namespace
 
 std::optional<std::string> resolveClaudeBinary(const Settings& settings, const FileSystem& files,
                                                const std::string& home) {
@@ -16,9 +63,10 @@ std::optional<std::string> resolveClaudeBinary(const Settings& settings, const F
         "~/.claude/local/claude", "~/.bun/bin/claude",
     };
     if (settings.claudeBinary) {
-        std::string chosen = expandTilde(*settings.claudeBinary, home);
-        if (files.isExecutableFile(chosen)) {
-            return chosen;
+        const std::string chosen = expandTilde(*settings.claudeBinary, home);
+        std::optional<std::string> path = fullPath(chosen);
+        if (path && files.isExecutableFile(chosen)) {
+            return path;
         }
     }
     for (const std::string_view place : places) {
@@ -40,6 +88,40 @@ QStringList buildArguments(const QString& prompt, const QString& sessionId,
             permissionMode,
             QStringLiteral("--"),
             prompt};
+}
+
+std::vector<std::string> environment(const std::string& binary, const std::string& home,
+                                     const std::vector<std::string>& inherited) {
+    const auto isPath = [](const std::string& variable) {
+        return variable.starts_with(pathVariable);
+    };
+    const auto path = std::find_if(inherited.begin(), inherited.end(), isPath);
+    std::vector<std::string> variables;
+    std::remove_copy_if(inherited.begin(), inherited.end(), std::back_inserter(variables), isPath);
+    variables.push_back(
+        std::string(pathVariable) + directoryOf(binary)
+        + ":/usr/local/bin:/opt/homebrew/bin:" + expandTilde("~/.local/bin", home) + ':'
+        + (path == inherited.end() ? "/usr/bin:/bin" : path->substr(pathVariable.size())));
+    return variables;
+}
+
+void send(const QString& prompt, const SessionInfo& session, const Settings& settings,
+          const Services& services, const Completion& completion) {
+    const std::optional<std::string> binary =
+        resolveClaudeBinary(settings, services.files, services.home);
+    if (!binary) {
+        completion(
+            QStringLiteral("claude binary not found — set \"claudeBinary\" in settings.json"));
+        return;
+    }
+    const QStringList arguments =
+        buildArguments(prompt, session.sessionId, settings.resumePermissionMode);
+    const std::optional<std::string> failure =
+        services.programs.start(program(*binary, arguments, session, services),
+                                [completion](const ProgramEnd& end) { completion(outcome(end)); });
+    if (failure) {
+        completion(QStringLiteral("failed to launch claude: ") + decodeUtf8(*failure));
+    }
 }
 
 } // namespace sallowmere::PromptRunner

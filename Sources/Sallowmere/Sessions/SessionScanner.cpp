@@ -6,6 +6,8 @@
 #include "Sallowmere/Text/Paths.h"
 #include "Sallowmere/Transcripts/TranscriptParser.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <unordered_set>
@@ -70,6 +72,15 @@ QString titleOf(const ParsedTail& tail, const QString& projectName) {
                            : projectName;
 }
 
+void keepFirstOfEachId(std::vector<SessionInfo>& sessions) {
+    QSet<QString> ids;
+    std::erase_if(sessions, [&ids](const SessionInfo& session) {
+        const bool isKnown = ids.contains(session.id);
+        ids.insert(session.id);
+        return isKnown;
+    });
+}
+
 std::string_view parentDirectory(std::string_view path) {
     return path.substr(0, path.rfind('/'));
 }
@@ -97,6 +108,7 @@ std::vector<SessionInfo> SessionScanner::scan(const Settings& settings, Timestam
         }
     }
     std::erase_if(cache_, [&seen](const auto& entry) { return !seen.contains(entry.first); });
+    keepFirstOfEachId(sessions);
     return sessions;
 }
 

@@ -33,7 +33,8 @@ public:
     explicit SessionScanner(const FileSystem& files) : files_(files) {}
 
     /// The sessions, newest first: at most `maxSessions`, none whose transcript is older than
-    /// `showIdleHours`. Whatever cannot be listed or read is left out.
+    /// `showIdleHours`. Whatever cannot be listed or read is left out. No two have the same `id`:
+    /// of several the newest is kept.
     std::vector<SessionInfo> scan(const Settings& settings, Timestamp now);
 
     /// Builds one session from what its transcript's tail and its file tell. `key` is the

@@ -66,6 +66,15 @@ QStringView firstCharacters(QStringView text, qsizetype count) {
     }
 }
 
+QStringView lastCharacters(QStringView text, qsizetype count) {
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    finder.toEnd();
+    for (qsizetype found = 0; found < count && finder.position() > 0; ++found) {
+        finder.toPreviousBoundary();
+    }
+    return text.sliced(finder.position());
+}
+
 QString elided(QStringView text, qsizetype count) {
     const QStringView kept = firstCharacters(text, count);
     return kept.size() == text.size() ? text.toString() : kept.toString() + u'…';

@@ -16,7 +16,11 @@ QString decodeUtf8(std::string_view bytes);
 /// The cost depends on these, not on the length of the text.
 QStringView firstCharacters(QStringView text, qsizetype count);
 
-/// The same with "…" appended when something was cut off.
+/// The last `count` user-perceived characters, or all of a shorter text. The cost depends on the
+/// length of the text.
+QStringView lastCharacters(QStringView text, qsizetype count);
+
+/// The first `count` characters with "…" appended when something was cut off.
 QString elided(QStringView text, qsizetype count);
 
 /// The text with every line feed turned into a blank.

@@ -201,7 +201,9 @@ QString primaryArgument(const JsonObject& input) {
         }
         const bool isPath = key == "file_path" || key == "path";
         const QStringView argument = isPath ? lastPathComponent(QStringView(*value)) : *value;
-        return elided(onOneLine(argument), argumentCharacters);
+        // One character more tells that something is cut off; the rest may be megabytes.
+        return elided(onOneLine(firstCharacters(argument, argumentCharacters + 1)),
+                      argumentCharacters);
     }
     return {};
 }

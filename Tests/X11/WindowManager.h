@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "X11/XClient.h"
+#include "X11/XServer.h"
+
+#include <memory>
+#include <string>
+
+namespace sallowmere {
+
+/// A real window manager on an X server.
+class WindowManager {
+public:
+    enum class Kind { openbox, xfwm4 };
+
+    /// The programs that it needs.
+    static std::vector<std::string> programs(Kind kind);
+    static std::string name(Kind kind);
+
+    /// Waits until it manages the windows there.
+    WindowManager(Kind kind, const XServer& server, XClient& client);
+    /// It must not be stopped when destroyed.
+    ~WindowManager() = default;
+    WindowManager(const WindowManager&) = delete;
+    WindowManager& operator=(const WindowManager&) = delete;
+
+    /// It does not do anything until it goes on.
+    void stop();
+    void goOn();
+    /// Ends it as a crash would.
+    void kill();
+
+private:
+    void startOpenbox(const XServer& server);
+    void startXfwm4(const XServer& server);
+
+    std::unique_ptr<ChildProcess> bus_;
+    std::unique_ptr<ChildProcess> process_;
+};
+
+} // namespace sallowmere
