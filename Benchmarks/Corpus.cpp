@@ -87,6 +87,12 @@ std::string Corpus::message() {
     return text;
 }
 
+std::string Corpus::textMessage(const std::string& text, std::size_t bytes) {
+    return assistantLine(identifier("msg_01", 22),
+                         R"({"type":"text","text":")" + text + prose(bytes) + "\"}",
+                         static_cast<int>(between(20, 2'000)));
+}
+
 std::string Corpus::assistantLine(const std::string& id, const std::string& block, int output) {
     return conversationLine(
         "assistant",

@@ -22,6 +22,10 @@ public:
     /// One assistant message: a line for each of its blocks, all with its id and its usage.
     std::string message();
 
+    /// One assistant message of one line: `text`, which must need no escapes, and so many bytes of
+    /// prose.
+    std::string textMessage(const std::string& text, std::size_t bytes);
+
     /// Writes `files` transcripts of together about `bytes` bytes into projects below `root`.
     void write(const std::filesystem::path& root, int files, std::uint64_t bytes);
 
