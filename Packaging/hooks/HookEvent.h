@@ -37,8 +37,8 @@ struct HookEvent {
 /// User-perceived characters of a message; a longer one is cut and ends in an ellipsis.
 inline constexpr qsizetype longestMessage = 120;
 
-/// Bytes. The ids of real sessions have 36; one beyond this would make a notification that is too
-/// large to be read.
+/// Bytes. The ids of real sessions have 36; with this bound every notification stays well below
+/// what is read.
 inline constexpr std::size_t longestSessionId = 65'536;
 
 /// The event in what the assistant gives its hooks; absent for any event, and anything at all, that

@@ -49,7 +49,7 @@ public:
 
 /// Access to files. Paths are bytes as the kernel has them, in whatever encoding; there is
 /// nothing at a path with a NUL in it.
-/// Nothing throws; implementations may be used from one thread at a time.
+/// Nothing throws. Any thread, several at once; an open file belongs to one thread at a time.
 class FileSystem {
 public:
     /// Called for each entry with its name and its own type: a link is a `link`. The name is valid

@@ -80,6 +80,13 @@ TEST_F(PromptSending, RunsInTheSessionsDirectoryWhileThatExists) {
     EXPECT_EQ(programs.started.back().directory, std::nullopt);
 }
 
+TEST_F(PromptSending, RunsInNoDirectoryBesideWhereThisProgramRuns) {
+    files.addDirectory("project");
+    session.cwd = QStringLiteral("project");
+    send();
+    EXPECT_EQ(programs.started.back().directory, std::nullopt);
+}
+
 TEST_F(PromptSending, TakesAnEntryThatIsNoDirectoryForOne) {
     files.addFile("/home/u/file", "");
     session.cwd = QStringLiteral("/home/u/file");

@@ -33,7 +33,8 @@ TEST(HomeDirectory, FallsBackOnTheUserDatabase) {
         MISSING_FOR_TEST("the user database does not know this user")
     }
     const std::string expected = entry->pw_dir;
-    for (const std::optional<std::string>& value : {std::optional<std::string>(), {""}}) {
+    for (const std::optional<std::string>& value :
+         {std::optional<std::string>(), {""}, {"relative"}, {"./relative"}, {"~"}}) {
         const EnvironmentVariable variable("HOME", value);
         EXPECT_EQ(homeDirectory(), expected);
     }

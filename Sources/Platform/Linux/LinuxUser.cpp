@@ -20,7 +20,7 @@ std::string homeFromUserDatabase() {
 
 std::string homeDirectory() {
     const char* variable = std::getenv("HOME");
-    std::string home = variable == nullptr || *variable == '\0' ? homeFromUserDatabase() : variable;
+    std::string home = variable == nullptr || *variable != '/' ? homeFromUserDatabase() : variable;
     while (home.size() > 1 && home.ends_with('/')) {
         home.pop_back();
     }

@@ -29,7 +29,8 @@
 
 namespace sallowmere {
 
-/// What the model acts on the world with. The references must outlive the model.
+/// What the model acts on the world with. The references must outlive the model and whatever it
+/// left with `mainQueue`.
 struct AppServices {
     /// Starts a headless prompt, as `PromptRunner::send` does.
     using PromptSender =

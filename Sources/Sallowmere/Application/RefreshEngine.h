@@ -25,7 +25,8 @@ namespace sallowmere {
 /// What the engine reads the world with. The references must outlive the engine and whatever is
 /// posted to the queues.
 struct RefreshServices {
-    /// Asks for the official figures, as `UsageAPI::fetch` does; called on the work queue.
+    /// Asks for the official figures, as `UsageAPI::fetch` does. Called on the work queue, which it
+    /// holds up until it returns; its completion may come on any thread.
     using OfficialFetch = std::function<void(double timeout, UsageAPI::Completion completion)>;
 
     Clock clock;

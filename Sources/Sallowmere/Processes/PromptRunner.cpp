@@ -47,7 +47,8 @@ Program program(const std::string& binary, const QStringList& arguments, const S
         program.arguments.push_back(argument.toStdString());
     }
     program.environment = environment(binary, services.home, services.programs.environment());
-    if (session.cwd && services.files.status(session.cwd->toStdString(), Links::follow)) {
+    if (session.cwd && session.cwd->startsWith(u'/')
+        && services.files.status(session.cwd->toStdString(), Links::follow)) {
         program.directory = session.cwd->toStdString();
     }
     program.keptErrorBytes = keptErrorBytes;
