@@ -224,13 +224,17 @@ bool AppState::typeAnswer(int optionNumber, const SessionInfo& session) {
                                   services_.mainQueue);
 }
 
-void AppState::respondToPermission(const PermissionRequest& request, int optionNumber) {
-    // The request may be one of the model's own, which goes here.
-    const QString sessionId = request.sessionId;
+void AppState::dismiss(const PermissionRequest& request) {
     NotificationWatcher::dismiss(request, services_.files, services_.home);
     std::vector<PermissionRequest> remaining = permissionRequests_;
     std::erase_if(remaining, [&](const PermissionRequest& r) { return r.id == request.id; });
     assign(permissionRequests_, std::move(remaining), &AppState::permissionRequestsWillChange);
+}
+
+void AppState::respondToPermission(const PermissionRequest& request, int optionNumber) {
+    // The request may be one of the model's own, which goes here.
+    const QString sessionId = request.sessionId;
+    dismiss(request);
     const auto session =
         std::find_if(sessions_.begin(), sessions_.end(), [&](const SessionInfo& candidate) {
             return candidate.sessionId == sessionId;

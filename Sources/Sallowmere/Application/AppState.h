@@ -121,7 +121,9 @@ public:
     /// Types the answer to a numbered menu into the session's terminal, or jumps there when that
     /// is switched off or not possible. `optionNumber` counts from 1.
     void answer(int optionNumber, const SessionInfo& session);
-    /// The same for a permission request, whose file it removes.
+    /// Removes a permission request and its file.
+    void dismiss(const PermissionRequest& request);
+    /// Dismisses the request and answers it in its session's terminal.
     void respondToPermission(const PermissionRequest& request, int optionNumber);
     /// Sends a prompt headlessly, unless it is blank, one is under way, or the session is open in
     /// a terminal.

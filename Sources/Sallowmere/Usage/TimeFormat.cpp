@@ -2,25 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "Sallowmere/Usage/TimeFormat.h"
 
+#include "Sallowmere/Text/Numbers.h"
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstdint>
-#include <limits>
 
 namespace sallowmere::TimeFormat {
-
-namespace {
-
-/// As printf's %.Nf prints it in the C locale: the exact binary value, rounded half to even.
-QString fixed(double value, int decimals) {
-    std::array<char, std::numeric_limits<double>::max_exponent10 + 16> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value,
-                                      std::chars_format::fixed, decimals);
-    return QString::fromLatin1(text.data(), result.ptr - text.data());
-}
-
-} // namespace
 
 QString remaining(double seconds) {
     const std::int64_t minutes = std::max<std::int64_t>(static_cast<std::int64_t>(seconds), 0) / 60;
