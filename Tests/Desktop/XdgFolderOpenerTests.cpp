@@ -68,7 +68,8 @@ printf '%s\0' "$#" "$1" "$input" "$output" "$errors" "$session" >"$noted/$$"
 
     /// The one call, which is waited for.
     Note note() const {
-        EXPECT_TRUE(comesTrue([this] { return !isRunning(); }));
+        // While it is being started it has no name.
+        EXPECT_TRUE(comesTrue([this] { return !notes().empty() && !isRunning(); }));
         EXPECT_EQ(notes().size(), 1U);
         std::ifstream stream(notes().at(0));
         Note result;
