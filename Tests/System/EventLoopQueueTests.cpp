@@ -4,13 +4,13 @@
 
 #include "Support/AtEnd.h"
 #include "System/EventLoop.h"
+#include "System/NumberingThreads.h"
 
 #include <QEventLoop>
 #include <QTimer>
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <numeric>
@@ -72,29 +72,10 @@ TEST_F(EventLoopQueueTest, RunsOnItsOwnThreadWhatOthersPost) {
 }
 
 TEST_F(EventLoopQueueTest, KeepsTheOrderOfEachOfSeveralThreads) {
-    constexpr int threadCount = 4;
-    constexpr int workCount = 1'000;
-    // Without a lock: all of it is written by this thread.
-    std::vector<std::vector<int>> perThread(threadCount);
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (auto& ran : perThread) {
-        threads.emplace_back([&] {
-            for (int number = 0; number < workCount; ++number) {
-                queue->post([&ran, number] { ran.push_back(number); });
-            }
-        });
-    }
-    EXPECT_TRUE(EventLoop::runUntil([&] {
-        return std::all_of(perThread.begin(), perThread.end(),
-                           [](const auto& ran) { return ran.size() == workCount; });
-    }));
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    for (const std::vector<int>& ran : perThread) {
-        EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
-    }
+    NumberingThreads threads(*queue);
+    EXPECT_TRUE(EventLoop::runUntil([&] { return threads.isAllNoted(); }));
+    threads.join();
+    threads.expectOrder();
 }
 
 TEST_F(EventLoopQueueTest, RunsWhatWorkPostsAfterWhatWaits) {

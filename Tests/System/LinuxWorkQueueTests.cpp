@@ -4,6 +4,7 @@
 
 #include "Support/AtEnd.h"
 #include "System/ChildProcess.h"
+#include "System/NumberingThreads.h"
 
 #include <gmock/gmock.h>
 
@@ -93,28 +94,10 @@ TEST_F(LinuxWorkQueueTest, RunsAllWorkOnOneThreadOfItsOwn) {
 }
 
 TEST_F(LinuxWorkQueueTest, KeepsTheOrderOfEachOfSeveralThreads) {
-    constexpr int threadCount = 4;
-    constexpr int workCount = 1'000;
-    // Without a lock: all of it is written by the queue's thread.
-    std::vector<std::vector<int>> perThread(threadCount);
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (auto& ran : perThread) {
-        threads.emplace_back([&] {
-            for (int number = 0; number < workCount; ++number) {
-                queue->post([&ran, number] { ran.push_back(number); });
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    NumberingThreads threads(*queue);
+    threads.join();
     runPosted();
-    std::vector<int> expected(workCount);
-    std::iota(expected.begin(), expected.end(), 0);
-    for (const std::vector<int>& ran : perThread) {
-        EXPECT_THAT(ran, ElementsAreArray(expected));
-    }
+    threads.expectOrder();
 }
 
 TEST_F(LinuxWorkQueueTest, RunsWhatWorkPostsAfterWhatWaits) {
