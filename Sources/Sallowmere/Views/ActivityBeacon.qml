@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// The dot that sums up all sessions.
+Rectangle {
+    id: beacon
+
+    required property barRow bar
+
+    visible: bar.hasBeacon
+    width: 7
+    height: 7
+    radius: 3.5
+    color: Theme.accent(bar.beaconColor, Theme.accentBlue)
+    Accessible.role: Accessible.Indicator
+    Accessible.name: bar.beaconHelp
+
+    Breathing {
+        target: beacon
+        lowest: 0.25
+        duration: 800
+        running: beacon.visible && beacon.bar.isBreathing && Motion.isWanted
+    }
+}

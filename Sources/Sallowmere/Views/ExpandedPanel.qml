@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// The list that hangs below the notch while the panel is expanded.
+Item {
+    id: expanded
+
+    required property PanelModel panel
+    /// Above the content: what the notch covers.
+    required property real notchHeight
+    readonly property real edge: 16
+    readonly property real naturalHeight:
+        notchHeight + header.height + list.implicitHeight + footer.height + 2 * 12 + 2 * 8
+
+    onNaturalHeightChanged: panel.setContentHeight(naturalHeight)
+    Component.onCompleted: panel.setContentHeight(naturalHeight)
+
+    SplitUsageHeader {
+        id: header
+
+        objectName: "header"
+        x: expanded.edge
+        y: expanded.notchHeight + 12
+        width: parent.width - 2 * expanded.edge
+        height: 24
+        usage: expanded.panel.usage
+        pinned: expanded.panel.pinned
+    }
+    Flickable {
+        objectName: "list"
+        anchors.top: header.bottom
+        anchors.topMargin: 8
+        anchors.bottom: footer.top
+        anchors.bottomMargin: 8
+        x: expanded.edge
+        width: parent.width - 2 * expanded.edge
+        contentHeight: list.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        clip: true
+        ScrollBar.vertical: ScrollBar {
+            policy: ScrollBar.AsNeeded
+        }
+
+        PanelList {
+            id: list
+
+            width: parent.width
+            panel: expanded.panel
+            onImplicitHeightChanged: panel.setListContentHeight(implicitHeight)
+            Component.onCompleted: panel.setListContentHeight(implicitHeight)
+        }
+    }
+    UsageFooter {
+        id: footer
+
+        objectName: "footer"
+        x: expanded.edge
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        width: parent.width - 2 * expanded.edge
+        height: 20
+        text: expanded.panel.usage.footer
+        onQuitRequested: expanded.panel.quit()
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: point => menu.popup(point.position)
+    }
+    PanelMenu {
+        id: menu
+
+        panel: expanded.panel
+    }
+}

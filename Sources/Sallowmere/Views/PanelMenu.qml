@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// What a click with the other mouse button offers.
+Menu {
+    id: menu
+
+    required property PanelModel panel
+
+    padding: 4
+
+    background: Rectangle {
+        implicitWidth: 168
+        radius: Theme.controlRadius
+        color: Theme.grey(0.14)
+        border.width: 1
+        border.color: Theme.grey(0.22)
+    }
+
+    PanelMenuItem {
+        text: menu.panel.pinned ? "Unpin" : "Pin open"
+        onTriggered: menu.panel.togglePin()
+    }
+    MenuSeparator {
+        padding: 4
+        contentItem: Rectangle {
+            implicitHeight: 1
+            color: Theme.grey(0.22)
+        }
+    }
+    PanelMenuItem {
+        text: "Quit Sallowmere"
+        onTriggered: menu.panel.quit()
+    }
+
+    component PanelMenuItem: MenuItem {
+        id: item
+
+        implicitHeight: 28
+        font.pixelSize: Theme.bodySize
+        contentItem: PlainText {
+            leftPadding: 8
+            text: item.text
+            Accessible.ignored: true
+        }
+        background: Rectangle {
+            radius: Theme.badgeRadius
+            color: item.highlighted ? Theme.grey(0.24) : "transparent"
+        }
+    }
+}

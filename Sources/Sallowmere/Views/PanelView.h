@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Sallowmere/Panel/NotchMetrics.h"
+#include "Sallowmere/Panel/PanelModel.h"
+#include "Sallowmere/Views/Motion.h"
+
+#include <QQuickView>
+
+namespace sallowmere {
+
+/// A window that shows the panel's root view, as large as the window is. What kind of window it is
+/// to the desktop is for others to say. Main thread only.
+class PanelView : public QQuickView {
+    Q_OBJECT
+
+public:
+    /// The model must outlive the view. `wingWidth` is that of the settings.
+    PanelView(PanelModel& model, const NotchMetrics& metrics, double wingWidth);
+
+    /// Measures anew: the views follow.
+    void setMetrics(const NotchMetrics& metrics);
+    /// Whether endless animations run.
+    void setMotionWanted(bool wanted);
+};
+
+} // namespace sallowmere

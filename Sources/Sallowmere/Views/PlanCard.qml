@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// A plan that waits for its review. The text can be selected; a click anywhere else jumps.
+PressArea {
+    id: card
+
+    required property planRow entry
+    required property PanelModel panel
+    readonly property int tallest: 160
+
+    text: "Plan ready for review"
+    help: "Jump to this session's terminal"
+    radius: Theme.cardRadius
+    baseColor: Theme.cardBackground
+    hoverColor: Theme.grey(0.12)
+    padding: 12
+    onClicked: panel.jump(entry.id)
+
+    contentItem: Column {
+        spacing: 8
+
+        CardHeading {
+            symbol: "map"
+            text: "Plan ready for review"
+            accent: Theme.accentPurple
+        }
+        ScrollView {
+            width: parent.width
+            height: Math.min(plan.implicitHeight, card.tallest)
+            contentWidth: availableWidth
+
+            PlanText {
+                id: plan
+
+                objectName: "plan"
+                markdown: card.entry.markdown
+            }
+        }
+        PlainText {
+            width: parent.width
+            text: "Approve in the terminal — click to jump"
+            elide: Text.ElideRight
+            font.pixelSize: Theme.footerSize
+            color: Theme.textTertiary
+        }
+    }
+}

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Controls.Basic
+
+/// Where a prompt is typed. Only a click into it, or the Tab key, gives it the keyboard.
+TextField {
+    id: field
+
+    required property bool isPrompting
+    required property PanelModel panel
+
+    objectName: "prompt"
+    enabled: !isPrompting
+    placeholderText: "Prompt this session…"
+    placeholderTextColor: Theme.textTertiary
+    color: Theme.textPrimary
+    selectionColor: Qt.alpha(Theme.accentBlue, 0.5)
+    selectByMouse: true
+    font.pixelSize: Theme.optionSize
+    leftPadding: 10
+    rightPadding: 34
+    Accessible.name: placeholderText
+    onActiveFocusChanged: panel.setEditingPrompt(activeFocus)
+    Component.onDestruction: panel.setEditingPrompt(false)
+    Keys.onEscapePressed: focus = false
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.fieldBackground
+        border.width: field.activeFocus ? 1 : 0
+        border.color: Qt.alpha(Theme.accentBlue, 0.6)
+    }
+
+    SymbolButton {
+        objectName: "send"
+        anchors.right: parent.right
+        anchors.rightMargin: 6
+        anchors.verticalCenter: parent.verticalCenter
+        visible: !field.isPrompting
+        enabled: field.text !== ""
+        symbol: "arrow-up-circle"
+        symbolSize: 16
+        symbolColor: enabled ? Theme.textPrimary : Theme.textTertiary
+        help: "Send"
+        onClicked: field.accepted()
+    }
+    WorkingSpinner {
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        visible: field.isPrompting
+    }
+}

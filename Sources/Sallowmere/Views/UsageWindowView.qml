@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// One allowance: its name, how much of it is used, and when it starts anew.
+Row {
+    id: view
+
+    required property usageWindowRow window
+    property bool showReset: false
+    property bool compact: false
+    /// A colour of its own, or none.
+    property color tint: "transparent"
+    readonly property bool hasTint: tint.a > 0
+    readonly property int textSize: compact ? 11 : 12
+
+    spacing: 4
+
+    PlainText {
+        text: view.window.label
+        font.pixelSize: view.textSize
+        font.bold: true
+        color: view.hasTint ? view.tint : Theme.textPrimary
+    }
+    PlainText {
+        text: view.window.percent
+        font.pixelSize: view.textSize
+        font.weight: Font.DemiBold
+        color: Theme.accent(view.window.color, view.tint)
+    }
+    PlainText {
+        visible: view.showReset && text !== ""
+        text: view.window.reset
+        font.pixelSize: view.textSize
+        color: Theme.textTertiary
+    }
+}
