@@ -8,10 +8,15 @@
 # shellcheck disable=SC2034 # For the scripts that source this one.
 {
     packagesToBuild=(
-        cmake g++ libcanberra-dev libsecret-1-dev libsimdjson-dev libxcb-ewmh-dev libxcb-icccm4-dev
-        libxcb-res0-dev libxcb-xtest0-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev
-        ninja-build pkgconf qt6-base-dev xkb-data)
-    packagesToRun=(libcanberra-pulse procps sound-theme-freedesktop xdg-utils)
+        cmake g++ libcanberra-dev libgl-dev libqt6svg6-dev libsecret-1-dev libsimdjson-dev
+        libvulkan-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-res0-dev libxcb-xtest0-dev
+        libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev ninja-build pkgconf qt6-base-dev
+        qt6-declarative-dev qt6-declarative-dev-tools xkb-data)
+    packagesToRun=(
+        libcanberra-pulse procps qml6-module-qtqml qml6-module-qtqml-models
+        qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
+        qml6-module-qtquick-shapes qml6-module-qtquick-templates qml6-module-qtquick-window
+        sound-theme-freedesktop xdg-utils)
     packagesToTest=(
         dbus-daemon gnome-keyring libgcrypt20-dev libglib2.0-dev libgmock-dev libgtest-dev
         locales openbox openssl pulseaudio pulseaudio-utils rxvt-unicode x11-xkb-utils xfwm4 xterm

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// The dot that sums up all sessions.
 Rectangle {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// A permission that a session asks for.
 Card {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// A question that a session asks, with its numbered options.
 Card {
@@ -23,7 +24,7 @@ Card {
         wrapMode: Text.Wrap
         maximumLineCount: 6
         elide: Text.ElideRight
-        font.pixelSize: Theme.titleSize
+        font.pointSize: Theme.titleSize
     }
     Repeater {
         model: card.entry.options
@@ -61,7 +62,7 @@ Card {
 
                         anchors.centerIn: parent
                         text: option.index + 1
-                        font.pixelSize: Theme.chipSize
+                        font.pointSize: Theme.chipSize
                         font.weight: Font.DemiBold
                         color: Theme.accentCyan
                         Accessible.ignored: true
@@ -75,7 +76,7 @@ Card {
                     anchors.verticalCenter: number.verticalCenter
                     text: option.modelData
                     elide: Text.ElideRight
-                    font.pixelSize: Theme.optionSize
+                    font.pointSize: Theme.optionSize
                     Accessible.ignored: true
                 }
             }
@@ -86,7 +87,7 @@ Card {
         topPadding: 8
         text: card.entry.hint
         elide: Text.ElideRight
-        font.pixelSize: Theme.footerSize
+        font.pointSize: Theme.footerSize
         color: Theme.textTertiary
     }
 }

@@ -15,7 +15,7 @@ Rectangle {
         id: label
 
         anchors.centerIn: parent
-        font.pixelSize: Theme.chipSize
+        font.pointSize: Theme.chipSize
         font.weight: Font.Medium
         color: Theme.textSecondary
     }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// A session that has just finished. All of it is one button.
 PressArea {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// The list that hangs below the notch while the panel is expanded.
 Item {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// Everything between the header and the footer: cards, sessions and other processes.
 Column {
@@ -110,7 +111,7 @@ Column {
         topPadding: 12
         bottomPadding: 4
         text: "ALSO RUNNING"
-        font.pixelSize: Theme.footerSize
+        font.pointSize: Theme.footerSize
         font.weight: Font.DemiBold
         font.letterSpacing: 0.6
         color: Theme.textTertiary

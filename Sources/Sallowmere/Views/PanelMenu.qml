@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// What a click with the other mouse button offers.
 Menu {
@@ -39,7 +40,7 @@ Menu {
         id: item
 
         implicitHeight: 28
-        font.pixelSize: Theme.bodySize
+        font.pointSize: Theme.bodySize
         contentItem: PlainText {
             leftPadding: 8
             text: item.text

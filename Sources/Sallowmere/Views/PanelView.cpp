@@ -17,6 +17,7 @@ PanelView::PanelView(PanelModel& model, const NotchMetrics& metrics, double wing
     qml_register_types_Sallowmere();
     engine()->addImageProvider(QStringLiteral("symbols"), new SymbolProvider);
     engine()->addImageProvider(QStringLiteral("shadow"), new ShadowProvider);
+    engine()->addImportPath(QStringLiteral(":/"));
     setColor(Qt::transparent);
     setResizeMode(SizeRootObjectToView);
     setInitialProperties({{QStringLiteral("panel"), QVariant::fromValue(&model)},
@@ -32,7 +33,16 @@ void PanelView::setMetrics(const NotchMetrics& metrics) {
 }
 
 void PanelView::setMotionWanted(bool wanted) {
-    engine()->singletonInstance<Motion*>("Sallowmere", "Motion")->setWanted(wanted);
+    singleton<Motion>("Motion").setWanted(wanted);
+}
+
+Keyboard& PanelView::keyboard() {
+    return singleton<Keyboard>("Keyboard");
+}
+
+template <typename Singleton>
+Singleton& PanelView::singleton(const char* name) {
+    return *engine()->singletonInstance<Singleton*>(qmlTypeId("Sallowmere", 1, 0, name));
 }
 
 } // namespace sallowmere

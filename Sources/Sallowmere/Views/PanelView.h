@@ -4,6 +4,7 @@
 
 #include "Sallowmere/Panel/NotchMetrics.h"
 #include "Sallowmere/Panel/PanelModel.h"
+#include "Sallowmere/Views/Keyboard.h"
 #include "Sallowmere/Views/Motion.h"
 
 #include <QQuickView>
@@ -23,6 +24,12 @@ public:
     void setMetrics(const NotchMetrics& metrics);
     /// Whether endless animations run.
     void setMotionWanted(bool wanted);
+    /// Who types: the views ask for it there, and learn there whether they have it.
+    Keyboard& keyboard();
+
+private:
+    template <typename Singleton>
+    Singleton& singleton(const char* name);
 };
 
 } // namespace sallowmere

@@ -6,7 +6,7 @@ import QtQuick
 Text {
     textFormat: Text.PlainText
     color: Theme.textPrimary
-    font.pixelSize: Theme.bodySize
+    font.pointSize: Theme.bodySize
     verticalAlignment: Text.AlignVCenter
     Accessible.role: Accessible.StaticText
     Accessible.name: text

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// A plan that waits for its review. The text can be selected; a click anywhere else jumps.
 PressArea {
@@ -43,7 +44,7 @@ PressArea {
             width: parent.width
             text: "Approve in the terminal — click to jump"
             elide: Text.ElideRight
-            font.pixelSize: Theme.footerSize
+            font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }
     }

@@ -26,7 +26,7 @@ Row {
     }
     PlainText {
         text: chip.cpu
-        font.pixelSize: Theme.chipSize
+        font.pointSize: Theme.chipSize
         color: Theme.textSecondary
         Accessible.description: chip.help
     }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// An assistant that runs outside the listed sessions.
 Item {
@@ -40,17 +41,17 @@ Item {
 
         PlainText {
             text: row.entry.pid
-            font.pixelSize: Theme.footerSize
+            font.pointSize: Theme.footerSize
             color: Theme.textSecondary
         }
         PlainText {
             text: row.entry.cpu
-            font.pixelSize: Theme.footerSize
+            font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }
         PlainText {
             text: row.entry.elapsed
-            font.pixelSize: Theme.footerSize
+            font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }
     }

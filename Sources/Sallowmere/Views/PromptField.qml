@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// Where a prompt is typed. Only a click into it, or the Tab key, gives it the keyboard.
 TextField {
@@ -17,7 +18,7 @@ TextField {
     color: Theme.textPrimary
     selectionColor: Qt.alpha(Theme.accentBlue, 0.5)
     selectByMouse: true
-    font.pixelSize: Theme.optionSize
+    font.pointSize: Theme.optionSize
     leftPadding: 10
     rightPadding: 34
     Accessible.name: placeholderText

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// One session in depth: what it did lately, a field to send it a prompt, and the way to its
 /// terminal.
@@ -62,7 +63,7 @@ Item {
                     visible: detail.entry.hasProcess
                     text: "Session is active in the terminal — prompt it there"
                     elide: Text.ElideRight
-                    font.pixelSize: Theme.chipSize
+                    font.pointSize: Theme.chipSize
                     color: Theme.textTertiary
                 }
                 Item {
@@ -89,7 +90,7 @@ Item {
                     wrapMode: Text.Wrap
                     maximumLineCount: 2
                     elide: Text.ElideRight
-                    font.pixelSize: Theme.footerSize
+                    font.pointSize: Theme.footerSize
                     color: detail.entry.promptError !== "" ? Theme.red : Theme.textTertiary
                 }
             }
@@ -119,7 +120,7 @@ Item {
                         width: Math.min(implicitWidth, 160)
                         text: terminal.text
                         elide: Text.ElideRight
-                        font.pixelSize: Theme.chipSize
+                        font.pointSize: Theme.chipSize
                         font.weight: Font.DemiBold
                         color: Theme.textSecondary
                         Accessible.ignored: true

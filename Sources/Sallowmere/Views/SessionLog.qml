@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// What a session did lately, the oldest first.
 Column {
@@ -13,7 +14,7 @@ Column {
     PlainText {
         visible: rows.count === 0
         text: "No recent activity"
-        font.pixelSize: Theme.chipSize
+        font.pointSize: Theme.chipSize
         color: Theme.textTertiary
     }
     Repeater {
@@ -54,7 +55,7 @@ Column {
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignLeft
                 font.family: Theme.monospace
-                font.pixelSize: 11.5
+                font.pointSize: Theme.logSize
                 font.weight: row.entry.isProse ? Font.Medium : Font.Normal
                 color: row.entry.isProse ? Theme.textPrimary : Theme.textSecondary
             }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls.Basic
+import Sallowmere
 
 /// The line, or for the first session the lines, that sum a session up.
 PressArea {
@@ -45,7 +46,7 @@ PressArea {
                 text: row.entry.title
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignLeft
-                font.pixelSize: row.isPrimary ? Theme.titleSize : Theme.optionSize
+                font.pointSize: row.isPrimary ? Theme.titleSize : Theme.optionSize
                 font.weight: row.isPrimary ? Font.DemiBold : Font.Medium
                 color: row.entry.status === "idle" && !row.isPrimary ? Theme.textSecondary
                                                                      : Theme.textPrimary
@@ -146,7 +147,7 @@ PressArea {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.entry.todoCounts
-                font.pixelSize: Theme.footerSize
+                font.pointSize: Theme.footerSize
                 color: Theme.textTertiary
             }
         }

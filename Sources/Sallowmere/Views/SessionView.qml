@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// A session in the list: large for the first, one line for the others, and its details below it
 /// while it is selected. What the user types there stays when the order changes.

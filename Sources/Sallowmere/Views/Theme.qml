@@ -24,11 +24,12 @@ QtObject {
     readonly property color optionBackground: grey(0.13)
     readonly property color separator: Qt.rgba(1, 1, 1, 0.07)
 
-    readonly property int titleSize: 13
-    readonly property real optionSize: 12.5
-    readonly property int bodySize: 12
-    readonly property int chipSize: 11
-    readonly property int footerSize: 10
+    readonly property real titleSize: text(13)
+    readonly property real optionSize: text(12.5)
+    readonly property real bodySize: text(12)
+    readonly property real logSize: text(11.5)
+    readonly property real chipSize: text(11)
+    readonly property real footerSize: text(10)
 
     readonly property int cardRadius: 12
     readonly property int controlRadius: 8
@@ -39,6 +40,12 @@ QtObject {
     readonly property int fade: 120
 
     readonly property string monospace: "monospace"
+
+    /// The size of a font that is so many of our points high. A font's own points are larger, and it
+    /// takes no fraction of anything else.
+    function text(height: real): real {
+        return height * 72 / 96
+    }
 
     function grey(level: real): color {
         return Qt.rgba(level, level, level, 1)

@@ -18,7 +18,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: footer.text
         elide: Text.ElideRight
-        font.pixelSize: Theme.footerSize
+        font.pointSize: Theme.footerSize
         color: Theme.textTertiary
     }
     SymbolButton {

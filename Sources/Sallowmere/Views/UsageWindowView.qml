@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import Sallowmere
 
 /// One allowance: its name, how much of it is used, and when it starts anew.
 Row {
@@ -12,26 +13,26 @@ Row {
     /// A colour of its own, or none.
     property color tint: "transparent"
     readonly property bool hasTint: tint.a > 0
-    readonly property int textSize: compact ? 11 : 12
+    readonly property real textSize: compact ? Theme.chipSize : Theme.bodySize
 
     spacing: 4
 
     PlainText {
         text: view.window.label
-        font.pixelSize: view.textSize
+        font.pointSize: view.textSize
         font.bold: true
         color: view.hasTint ? view.tint : Theme.textPrimary
     }
     PlainText {
         text: view.window.percent
-        font.pixelSize: view.textSize
+        font.pointSize: view.textSize
         font.weight: Font.DemiBold
         color: Theme.accent(view.window.color, view.tint)
     }
     PlainText {
         visible: view.showReset && text !== ""
         text: view.window.reset
-        font.pixelSize: view.textSize
+        font.pointSize: view.textSize
         color: Theme.textTertiary
     }
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Shapes
+import Sallowmere
 
 /// An arc that turns for as long as it is shown.
 Shape {
