@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <cmath>
 #include <utility>
 
 namespace sallowmere {
@@ -21,8 +22,9 @@ QEasingCurve easeOut() {
     return curve;
 }
 
-QRectF areaOf(const Rect& frame) {
-    return {frame.x, frame.y, frame.width, frame.height};
+Rect between(const Rect& from, const Rect& to, double share) {
+    return {std::lerp(from.x, to.x, share), std::lerp(from.y, to.y, share),
+            std::lerp(from.width, to.width, share), std::lerp(from.height, to.height, share)};
 }
 
 bool isXWayland(X11Connection& connection) {
@@ -49,8 +51,10 @@ X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& 
         cutCorners();
     });
     movement_.setEasingCurve(easeOut());
+    movement_.setStartValue(0.0);
+    movement_.setEndValue(1.0);
     connect(&movement_, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& area) { place(area.toRectF()); });
+            [this](const QVariant& share) { place(between(start_, frame_, share.toDouble())); });
     view_.installEventFilter(this);
 }
 
@@ -72,23 +76,20 @@ void X11NotchPanel::createWindow() {
 }
 
 void X11NotchPanel::setFrame(const Rect& frame, double seconds) {
-    const QRectF from = movement_.state() == QAbstractAnimation::Running
-                            ? movement_.currentValue().toRectF()
-                            : areaOf(frame_);
+    start_ = placed_;
     frame_ = frame;
     movement_.stop();
     if (seconds <= 0 || !view_.isVisible()) {
-        place(areaOf(frame));
+        place(frame);
         return;
     }
-    movement_.setStartValue(from);
-    movement_.setEndValue(areaOf(frame));
     movement_.setDuration(qRound(seconds * 1'000));
     movement_.start();
 }
 
-void X11NotchPanel::place(const QRectF& area) {
-    view_.setGeometry(X11Screens::toQt({area.x(), area.y(), area.width(), area.height()}));
+void X11NotchPanel::place(const Rect& frame) {
+    placed_ = frame;
+    view_.setGeometry(X11Screens::toQt(frame));
     cutCorners();
 }
 
