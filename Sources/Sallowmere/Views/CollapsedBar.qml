@@ -29,7 +29,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: !collapsed.panel.bar.isWorking
             name: "sparkle"
-            size: 9
+            size: 10
         }
     }
     Item {
@@ -45,8 +45,9 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 7
 
-            PlainText {
+            Figures {
                 objectName: "fiveHourPercent"
+                horizontalAlignment: Text.AlignRight
                 anchors.verticalCenter: parent.verticalCenter
                 text: collapsed.panel.usage.fiveHour.percent
                 font.weight: Font.DemiBold

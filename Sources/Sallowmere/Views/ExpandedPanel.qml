@@ -30,6 +30,8 @@ Item {
         pinned: expanded.panel.pinned
     }
     Flickable {
+        id: scroll
+
         objectName: "list"
         anchors.top: header.bottom
         anchors.topMargin: 8
@@ -41,8 +43,12 @@ Item {
         boundsBehavior: Flickable.StopAtBounds
         interactive: contentHeight > height
         clip: true
-        ScrollBar.vertical: ScrollBar {
-            policy: ScrollBar.AsNeeded
+        ScrollBar.vertical: ThinScrollBar {
+            // Beside the rows.
+            parent: expanded
+            x: expanded.width - width - 6
+            y: scroll.y
+            height: scroll.height
         }
 
         PanelList {

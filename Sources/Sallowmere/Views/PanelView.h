@@ -8,6 +8,7 @@
 #include "Sallowmere/Views/Motion.h"
 
 #include <QQuickView>
+#include <QRegion>
 
 namespace sallowmere {
 
@@ -26,6 +27,10 @@ public:
     void setMotionWanted(bool wanted);
     /// Who types: the views ask for it there, and learn there whether they have it.
     Keyboard& keyboard();
+
+    /// The black ground with its round corners, in the coordinates of the window as large as it is
+    /// now: what a screen that knows no transparency has to show of it.
+    QRegion opaqueShape() const;
 
 private:
     template <typename Singleton>

@@ -52,8 +52,6 @@ Column {
                 text: row.entry.label
                 wrapMode: Text.Wrap
                 maximumLineCount: 2
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignLeft
                 font.family: Theme.monospace
                 font.pointSize: Theme.logSize
                 font.weight: row.entry.isProse ? Font.Medium : Font.Normal

@@ -17,7 +17,6 @@ Item {
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
         text: footer.text
-        elide: Text.ElideRight
         font.pointSize: Theme.footerSize
         color: Theme.textTertiary
     }
