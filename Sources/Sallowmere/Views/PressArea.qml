@@ -18,6 +18,7 @@ AbstractButton {
     readonly property string wantedHelp: hovered && !pressed ? help : ""
 
     focusPolicy: Qt.TabFocus
+    hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : help
     Accessible.description: help
