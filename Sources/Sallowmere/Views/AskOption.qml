@@ -44,7 +44,7 @@ PressArea {
         PlainText {
             id: label
 
-            objectName: "label"
+            objectName: "optionLabel"
             anchors.left: mark.right
             anchors.leftMargin: 8
             anchors.right: parent.right

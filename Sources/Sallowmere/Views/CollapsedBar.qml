@@ -18,12 +18,14 @@ Item {
         width: collapsed.wingWidth
 
         WorkingSpinner {
+            objectName: "spinner"
             anchors.left: parent.left
             anchors.leftMargin: 14
             anchors.verticalCenter: parent.verticalCenter
             visible: collapsed.panel.bar.isWorking
         }
         Symbol {
+            objectName: "restingSymbol"
             anchors.left: parent.left
             anchors.leftMargin: 14
             anchors.verticalCenter: parent.verticalCenter
@@ -54,6 +56,7 @@ Item {
                 color: Theme.accent(collapsed.panel.usage.fiveHour.color, Theme.accentGreen)
             }
             ActivityBeacon {
+                objectName: "beacon"
                 anchors.verticalCenter: parent.verticalCenter
                 bar: collapsed.panel.bar
             }

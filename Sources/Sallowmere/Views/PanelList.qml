@@ -34,6 +34,7 @@ RowColumn {
             CompletionCard {
                 id: card
 
+                objectName: "completionCard"
                 width: parent.width
                 entry: completion.entry
                 panel: list.panel
@@ -55,6 +56,7 @@ RowColumn {
             ApproveCard {
                 id: approveCard
 
+                objectName: "approveCard"
                 width: parent.width
                 entry: approval.entry
                 panel: list.panel

@@ -18,7 +18,7 @@ namespace sallowmere {
 
 namespace {
 
-/// Points that a round corner leaves free beside a row whose middle is so far above its foot.
+/// Points that a round corner leaves free, if only in part, beside a row so far above its foot.
 int freeBeside(double aboveFoot, double radius) {
     const double fromCenter = radius - aboveFoot;
     return qCeil(radius - std::sqrt(radius * radius - fromCenter * fromCenter));
@@ -60,7 +60,7 @@ QRegion PanelView::opaqueShape() const {
     const int radius = qCeil(ground->property("lowerRadius").toDouble());
     QRegion shape(whole.adjusted(0, 0, 0, -radius));
     for (int row = 0; row < radius; ++row) {
-        const int free = freeBeside(row + 0.5, radius);
+        const int free = freeBeside(row, radius);
         shape += QRect(whole.left() + free, whole.bottom() - row, whole.width() - 2 * free, 1);
     }
     return shape;

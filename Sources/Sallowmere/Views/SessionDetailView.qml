@@ -41,6 +41,7 @@ Item {
         spacing: 8
 
         SessionLog {
+            objectName: "log"
             width: parent.width
             model: detail.panel.log
         }

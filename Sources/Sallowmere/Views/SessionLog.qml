@@ -31,6 +31,7 @@ Column {
             implicitHeight: label.implicitHeight
 
             Rectangle {
+                objectName: "logDot"
                 x: 4.5
                 y: (firstLine.height - height) / 2
                 width: 5
@@ -47,6 +48,7 @@ Column {
             PlainText {
                 id: label
 
+                objectName: "logLabel"
                 x: 18
                 width: parent.width - 18
                 text: row.entry.label

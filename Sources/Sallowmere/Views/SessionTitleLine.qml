@@ -16,6 +16,7 @@ Item {
     implicitHeight: 20
 
     StatusDot {
+        objectName: "statusDot"
         anchors.verticalCenter: parent.verticalCenter
         status: line.entry.status
         Accessible.ignored: true

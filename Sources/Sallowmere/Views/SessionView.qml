@@ -30,6 +30,7 @@ ListRow {
     SessionRowView {
         id: row
 
+        objectName: "row"
         y: view.lineSpace
         width: parent.width
         entry: view.entry
