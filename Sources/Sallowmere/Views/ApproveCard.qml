@@ -34,6 +34,7 @@ Card {
         }
     }
     PlainText {
+        objectName: "message"
         width: parent.width
         topPadding: 4
         bottomPadding: 12

@@ -12,6 +12,7 @@ Column {
     spacing: 2
 
     PlainText {
+        objectName: "noLog"
         visible: rows.count === 0
         text: "No recent activity"
         font.pointSize: Theme.chipSize

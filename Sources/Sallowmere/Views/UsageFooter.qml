@@ -12,6 +12,7 @@ Item {
     implicitHeight: 20
 
     PlainText {
+        objectName: "footerText"
         anchors.left: parent.left
         anchors.right: quit.left
         anchors.rightMargin: 6
