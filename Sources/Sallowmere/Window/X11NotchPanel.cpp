@@ -50,6 +50,8 @@ X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& 
         isComposited_ = hasCompositor(connection_);
         cutCorners();
     });
+    // By then the views are as large as the window.
+    connect(&view_, &QQuickWindow::frameSwapped, this, &X11NotchPanel::cutCorners);
     movement_.setEasingCurve(easeOut());
     movement_.setStartValue(0.0);
     movement_.setEndValue(1.0);
@@ -90,11 +92,13 @@ void X11NotchPanel::setFrame(const Rect& frame, double seconds) {
 void X11NotchPanel::place(const Rect& frame) {
     placed_ = frame;
     view_.setGeometry(X11Screens::toQt(frame));
-    cutCorners();
 }
 
 void X11NotchPanel::cutCorners() {
-    view_.setMask(isComposited_ ? QRegion() : view_.opaqueShape());
+    const QRegion shape = isComposited_ ? QRegion() : view_.opaqueShape();
+    if (view_.mask() != shape) {
+        view_.setMask(shape);
+    }
 }
 
 void X11NotchPanel::show() {
