@@ -163,6 +163,19 @@ TEST_F(Keys, AreNotHeldByAFieldThatIsGone) {
     EXPECT_FALSE(stage.state().editingPrompt());
 }
 
+TEST_F(Keys, AreBackInTheFieldAfterTheMenu) {
+    startTyping();
+    hand.type("half");
+    hand.clickRight({300, 80});
+    ASSERT_TRUE(hand.has("pinItem"));
+    EXPECT_TRUE(stage.state().editingPrompt());
+    hand.key(Qt::Key_Escape);
+    ASSERT_TRUE(hand.waitFor([this] { return !hand.has("pinItem"); }));
+    EXPECT_EQ(focused(), "prompt");
+    EXPECT_TRUE(stage.state().editingPrompt());
+    EXPECT_EQ(hand.text("prompt"), "half");
+}
+
 TEST_F(Keys, ShowWhatTheyReach) {
     std::vector<SessionInfo> sessions{detailed(false)};
     for (int number = 0; number < 30; ++number) {
