@@ -31,6 +31,12 @@ Item {
     }
 
     onFocusedChanged: reveal(focused)
+    onVisibleChanged: {
+        if (!visible) {
+            menu.close()
+            scroll.contentY = 0
+        }
+    }
     onNaturalHeightChanged: panel.setContentHeight(naturalHeight)
     Component.onCompleted: panel.setContentHeight(naturalHeight)
 

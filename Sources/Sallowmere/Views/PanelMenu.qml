@@ -9,6 +9,15 @@ Menu {
     id: menu
 
     required property PanelModel panel
+    /// Where the user was typing when it opened.
+    property Item interrupted: null
+
+    onAboutToShow: interrupted = Keyboard.isHeld ? parent.Window.activeFocusItem : null
+    onClosed: {
+        if (interrupted && interrupted.visible && Keyboard.isHeld) {
+            interrupted.forceActiveFocus()
+        }
+    }
 
     padding: 4
     // Within the black ground, beyond which a screen may show nothing.
