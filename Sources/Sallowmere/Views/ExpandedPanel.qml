@@ -98,6 +98,7 @@ Item {
         acceptedButtons: Qt.RightButton
         onTapped: point => {
             Help.hush()
+            menu.returnTo = expanded.focused
             menu.popup(point.position)
         }
     }
