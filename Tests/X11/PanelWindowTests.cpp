@@ -4,10 +4,12 @@
 #include "Platform/X11/PanelKeyboard.h"
 #include "Platform/X11/StackingGuard.h"
 #include "Platform/X11/X11Events.h"
+#include "Platform/X11/XcbMemory.h"
 #include "System/EventLoop.h"
 #include "X11/DesktopTest.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -48,15 +50,17 @@ protected:
 
     XClient& client() { return desktop().client; }
 
-    /// Where it stands among its siblings, from the bottom.
-    std::size_t placeOf(xcb_window_t sought) {
-        xcb_query_tree_reply_t* tree = xcb_query_tree_reply(
-            client().xcb(), xcb_query_tree(client().xcb(), client().root()), nullptr);
-        const xcb_window_t* begin = xcb_query_tree_children(tree);
-        const xcb_window_t* end = begin + xcb_query_tree_children_length(tree);
-        const auto place = static_cast<std::size_t>(std::find(begin, end, sought) - begin);
-        free(tree);
-        return place;
+    /// From the bottom.
+    std::vector<xcb_window_t> onDesktop() {
+        const XcbMemory<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+            client().xcb(), xcb_query_tree(client().xcb(), client().root()), nullptr));
+        const xcb_window_t* first = xcb_query_tree_children(tree.get());
+        return {first, first + xcb_query_tree_children_length(tree.get())};
+    }
+
+    std::ptrdiff_t placeOf(xcb_window_t sought) {
+        const std::vector<xcb_window_t> windows = onDesktop();
+        return std::find(windows.begin(), windows.end(), sought) - windows.begin();
     }
 
     /// The window that lies directly on the desktop and holds this one.
@@ -85,6 +89,22 @@ protected:
     void take() {
         keyboard->take();
         ASSERT_TRUE(EventLoop::runUntil([this] { return keyboard->isHeld(); }));
+    }
+
+    void useXWayland() {
+        keyboard.emplace(*events, desktop().connection, window, PanelKeyboard::Server::xwayland);
+        EXPECT_TRUE(keyboard->needsGrab());
+    }
+
+    /// Windows on the desktop as small as those that come up in the panel's place.
+    std::ptrdiff_t helpers() {
+        desktop().waitUntilTyped();
+        const std::vector<xcb_window_t> windows = onDesktop();
+        return std::count_if(windows.begin(), windows.end(), [this](xcb_window_t each) {
+            const XcbMemory<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(
+                client().xcb(), xcb_get_geometry(client().xcb(), each), nullptr));
+            return size && size->width == 4 && size->height == 4;
+        });
     }
 
     void losesIt() {
@@ -187,13 +207,27 @@ TEST_P(PanelWindowTest, NeverKeepsItWhenThereIsNobodyToHaveIt) {
 }
 
 TEST_P(PanelWindowTest, UnderXWaylandAHelperGetsItInItsPlace) {
-    keyboard.emplace(*events, desktop().connection, window, PanelKeyboard::Server::xwayland);
-    EXPECT_TRUE(keyboard->needsGrab());
-    const std::size_t before = placeOf(XCB_NONE);
+    Terminal& xterm = desktop().addXterm("one");
+    useXWayland();
     keyboard->take();
-    EXPECT_EQ(placeOf(XCB_NONE), before + 1);
+    keyboard->take();
+    EXPECT_TRUE(keyboard->isHeld());
+    EXPECT_EQ(helpers(), 1);
+    EXPECT_TRUE(client().hasFocus(xterm.window));
+
     keyboard->handTo(std::nullopt);
-    EXPECT_TRUE(EventLoop::runUntil([&] { return placeOf(XCB_NONE) == before; }));
+    EXPECT_FALSE(keyboard->isHeld());
+    EXPECT_EQ(helpers(), 0);
+}
+
+TEST_P(PanelWindowTest, UnderXWaylandAnotherActiveWindowHasIt) {
+    Terminal& one = desktop().addXterm("one");
+    desktop().addXterm("two");
+    useXWayland();
+    EventLoop::runReady();
+    keyboard->take();
+    client().activate(one.window);
+    losesIt();
 }
 
 TEST_P(PanelWindowTest, NothingHappensOnceTheServerHasGone) {

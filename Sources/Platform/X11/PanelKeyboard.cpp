@@ -15,11 +15,22 @@ namespace {
 /// Smaller ones, and ones without a ground, were given no keyboard (sway 1.7).
 constexpr std::uint16_t helperSize = 4;
 
+/// Grabs, such as the window manager's for its own keys, come and go; a focus that follows the
+/// pointer is none of ours.
+bool isLasting(const xcb_focus_in_event_t& change) {
+    const bool isGrab =
+        change.mode != XCB_NOTIFY_MODE_NORMAL && change.mode != XCB_NOTIFY_MODE_WHILE_GRABBED;
+    const bool isPointers = change.detail == XCB_NOTIFY_DETAIL_POINTER
+                            || change.detail == XCB_NOTIFY_DETAIL_POINTER_ROOT
+                            || change.detail == XCB_NOTIFY_DETAIL_NONE;
+    return !isGrab && !isPointers;
+}
+
 } // namespace
 
 PanelKeyboard::PanelKeyboard(X11Events& events, X11Connection& connection, xcb_window_t window,
                              Server server)
-    : events_(events), connection_(connection), window_(window), server_(server) {
+    : connection_(connection), window_(window), server_(server) {
     connect(&events, &X11Events::arrived, this, &PanelKeyboard::notice);
     events.watchFocus(window);
 }
@@ -29,22 +40,17 @@ PanelKeyboard::~PanelKeyboard() {
 }
 
 void PanelKeyboard::notice(const xcb_generic_event_t* event) {
-    const bool wins = eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_IN) != nullptr;
-    const auto* change = wins ? eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_IN)
-                              : eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_OUT);
-    const xcb_window_t concerned = helper_ == XCB_NONE ? window_ : helper_;
-    if (change == nullptr || change->event != concerned) {
-        return;
-    }
-    // Grabs, such as the window manager's for its own keys, come and go; a focus that follows the
-    // pointer is none of ours.
-    const bool isLasting =
-        change->mode == XCB_NOTIFY_MODE_NORMAL || change->mode == XCB_NOTIFY_MODE_WHILE_GRABBED;
-    const bool isOurs = change->detail != XCB_NOTIFY_DETAIL_POINTER
-                        && change->detail != XCB_NOTIFY_DETAIL_POINTER_ROOT
-                        && change->detail != XCB_NOTIFY_DETAIL_NONE;
-    if (isLasting && isOurs) {
-        setHeld(wins);
+    const auto* gain = eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_IN);
+    const auto* loss = eventOf<xcb_focus_out_event_t>(event, XCB_FOCUS_OUT);
+    const auto* property = eventOf<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
+    if (server_ == Server::xwayland) {
+        if (property != nullptr && property->atom == connection_.ewmh()->_NET_ACTIVE_WINDOW) {
+            setHeld(false);
+        }
+    } else if (gain != nullptr && gain->event == window_ && isLasting(*gain)) {
+        setHeld(true);
+    } else if (loss != nullptr && loss->event == window_ && isLasting(*loss)) {
+        setHeld(false);
     }
 }
 
@@ -59,18 +65,19 @@ void PanelKeyboard::setHeld(bool held) {
 }
 
 void PanelKeyboard::take() {
-    if (isHeld_ || helper_ != XCB_NONE || !connection_.isAlive()) {
+    if (!connection_.isAlive()) {
+        return;
+    }
+    if (server_ == Server::xwayland) {
+        showHelper();
+        // The server never tells; nor that it was taken away, so that it may be asked for anew.
+        setHeld(true);
         return;
     }
     const xcb_window_t owner = focused();
-    if (owner == window_) {
-        // Asked for twice, before the server told that it is there.
-        return;
-    }
-    previous_ = owner > XCB_INPUT_FOCUS_POINTER_ROOT ? std::optional(owner) : std::nullopt;
-    if (server_ == Server::xwayland) {
-        showHelper();
-    } else {
+    // It may be there before the server has told so.
+    if (owner != window_) {
+        previous_ = owner > XCB_INPUT_FOCUS_POINTER_ROOT ? std::optional(owner) : std::nullopt;
         focus(window_);
     }
 }
@@ -85,7 +92,6 @@ void PanelKeyboard::handTo(std::optional<xcb_window_t> window) {
     }
     if (helper_ != XCB_NONE) {
         // The compositor gives it back by itself.
-        removeHelper();
         setHeld(false);
     } else if (window && canHaveIt(*window)) {
         focus(*window);
@@ -138,9 +144,6 @@ void PanelKeyboard::showHelper() {
                       XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
     xcb_atom_t type = connection_.ewmh()->_NET_WM_WINDOW_TYPE_NORMAL;
     xcb_ewmh_set_wm_window_type(connection_.ewmh(), helper_, 1, &type);
-    // The window must be there before anybody watches it, on another connection.
-    focused();
-    events_.watchFocus(helper_);
     xcb_map_window(xcb, helper_);
     xcb_flush(xcb);
 }

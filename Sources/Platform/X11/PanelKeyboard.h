@@ -30,7 +30,8 @@ public:
     /// Whether the window has to grab the keyboard to get what is typed while it is held.
     bool needsGrab() const { return server_ == Server::xwayland; }
 
-    /// Asks for it; `heldChanged` tells when it is there.
+    /// Asks for it, also when it is thought to be there; `heldChanged` tells when it is. Under
+    /// XWayland nobody tells when a window that is none of an X server's gets it instead.
     void take();
     /// The window that has it, or had it when it was taken.
     std::optional<xcb_window_t> frontmost();
@@ -51,7 +52,6 @@ private:
     void showHelper();
     void removeHelper();
 
-    X11Events& events_;
     X11Connection& connection_;
     const xcb_window_t window_;
     const Server server_;

@@ -108,7 +108,6 @@ std::vector<xcb_window_t> managedWindows(X11Connection& connection) {
 StackingGuard::StackingGuard(X11Events& events, X11Connection& connection, xcb_window_t window)
     : connection_(connection), window_(window) {
     settling_.setSingleShot(true);
-    settling_.setInterval(settlingTime);
     connect(&settling_, &QTimer::timeout, this, &StackingGuard::check);
     connect(&events, &X11Events::arrived, this, &StackingGuard::notice);
 }
@@ -119,7 +118,7 @@ void StackingGuard::notice(const xcb_generic_event_t* event) {
     const bool concerns = (mapped != nullptr && mapped->window != window_)
                           || (moved != nullptr && moved->window != window_);
     if (concerns && !settling_.isActive()) {
-        settling_.start();
+        settling_.start(settlingTime);
     }
 }
 
@@ -127,13 +126,15 @@ void StackingGuard::check() {
     if (!connection_.isAlive() || !isCovered()) {
         return;
     }
-    if (raises_ == 0
-        || sinceFirstRaise_.hasExpired(std::chrono::milliseconds(raisePeriod).count())) {
+    if (raises_ == 0 || std::chrono::milliseconds(sinceFirstRaise_.elapsed()) >= raisePeriod) {
         raises_ = 0;
         sinceFirstRaise_.start();
     }
     if (++raises_ <= mostRaises) {
         raise();
+    } else {
+        // Later, for longer than usual.
+        settling_.start(raisePeriod);
     }
 }
 
