@@ -13,7 +13,7 @@ namespace sallowmere {
 /// A real window manager on an X server.
 class WindowManager {
 public:
-    enum class Kind { openbox, xfwm4 };
+    enum class Kind { openbox, xfwm4, i3, kwin, mutter };
 
     /// The programs that it needs.
     static std::vector<std::string> programs(Kind kind);
@@ -33,8 +33,13 @@ public:
     void kill();
 
 private:
-    void startOpenbox(const XServer& server);
+    void start(Kind kind, const XServer& server);
     void startXfwm4(const XServer& server);
+    void startI3(const XServer& server);
+    void startKwin(const XServer& server);
+    /// With a session bus of its own.
+    void startOnBus(const XServer& server, const std::vector<std::string>& programAndArguments,
+                    const std::vector<std::string>& variables);
 
     std::unique_ptr<ChildProcess> bus_;
     std::unique_ptr<ChildProcess> process_;
