@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace sallowmere {
@@ -47,6 +49,20 @@ public:
     virtual std::vector<Screen> all() const = 0;
     /// The one that the desktop calls its main one, if it has such.
     virtual std::optional<Screen> main() const = 0;
+
+    /// `changed` is called after any of that has changed, in place of who was called before; with
+    /// nothing, nobody is.
+    void observe(std::function<void()> changed) { changed_ = std::move(changed); }
+
+protected:
+    void announceChange() const {
+        if (changed_) {
+            changed_();
+        }
+    }
+
+private:
+    std::function<void()> changed_;
 };
 
 } // namespace sallowmere

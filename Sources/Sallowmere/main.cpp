@@ -5,6 +5,7 @@
 #include "Platform/Linux/LinuxProcessTable.h"
 #include "Platform/Linux/LinuxUser.h"
 #include "Sallowmere/DiagnosticDump.h"
+#include "Sallowmere/Launch/PanelProgram.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +36,5 @@ int main(int argc, char** argv) {
     if (DiagnosticDump::isRequested({argv, static_cast<std::size_t>(argc)})) {
         return dump();
     }
-    std::fputs("sallowmere: this version has no panel yet; start it with --dump\n", stderr);
-    return EXIT_FAILURE;
+    return PanelProgram::run(argc, argv);
 }

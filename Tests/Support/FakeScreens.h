@@ -13,6 +13,8 @@ struct FakeScreens : Screens {
 
     std::vector<Screen> all() const override { return screens; }
     std::optional<Screen> main() const override { return mainScreen; }
+
+    void change() const { announceChange(); }
 };
 
 } // namespace sallowmere

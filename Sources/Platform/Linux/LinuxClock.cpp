@@ -8,4 +8,11 @@ Clock linuxClock() {
     return [] { return std::chrono::floor<Timestamp::duration>(std::chrono::system_clock::now()); };
 }
 
+Clock linuxSteadyClock() {
+    return [] {
+        return Timestamp(std::chrono::floor<Timestamp::duration>(
+            std::chrono::steady_clock::now().time_since_epoch()));
+    };
+}
+
 } // namespace sallowmere

@@ -9,4 +9,7 @@ namespace sallowmere {
 /// The system's real-time clock.
 Clock linuxClock();
 
+/// One that nobody turns, for spans of time: it counts from the start of the system.
+Clock linuxSteadyClock();
+
 } // namespace sallowmere

@@ -49,6 +49,14 @@ bool X11Connection::has(xcb_extension_t& extension) {
     return data != nullptr && data->present != 0;
 }
 
+bool X11Connection::hasExtension(std::string_view name) {
+    const XcbMemory<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
+        connection_,
+        xcb_query_extension(connection_, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    return reply && reply->present != 0;
+}
+
 xcb_atom_t X11Connection::atom(std::string_view name) {
     const XcbMemory<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection_,

@@ -33,6 +33,8 @@ public:
     /// Whether the server has an extension. Asking for anything of one that it lacks would end the
     /// connection.
     bool has(xcb_extension_t& extension);
+    /// The same for one that is never used.
+    bool hasExtension(std::string_view name);
 
     /// The number of a name; `XCB_NONE` when no program has used that name so far.
     xcb_atom_t atom(std::string_view name);

@@ -40,6 +40,16 @@ Keyboard& PanelView::keyboard() {
     return singleton<Keyboard>("Keyboard");
 }
 
+void PanelView::clearFocus() {
+    if (QQuickItem* item = activeFocusItem()) {
+        item->setFocus(false);
+    }
+}
+
+QRegion PanelView::opaqueShape() const {
+    return QRect({}, size());
+}
+
 template <typename Singleton>
 Singleton& PanelView::singleton(const char* name) {
     return *engine()->singletonInstance<Singleton*>(qmlTypeId("Sallowmere", 1, 0, name));

@@ -8,6 +8,7 @@
 #include "Sallowmere/Views/Motion.h"
 
 #include <QQuickView>
+#include <QRegion>
 
 namespace sallowmere {
 
@@ -26,6 +27,10 @@ public:
     void setMotionWanted(bool wanted);
     /// Who types: the views ask for it there, and learn there whether they have it.
     Keyboard& keyboard();
+    /// None of the views has the keyboard focus any more.
+    void clearFocus();
+    /// All that is not transparent, in points from the window's upper left corner.
+    QRegion opaqueShape() const;
 
 private:
     template <typename Singleton>

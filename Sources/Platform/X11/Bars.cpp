@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Platform/X11/Bars.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <span>
+
+namespace sallowmere {
+
+namespace {
+
+/// What a bar keeps is told as numbers without a sign, and by anybody.
+int toPixels(std::uint32_t value) {
+    constexpr std::uint32_t most = std::numeric_limits<std::int16_t>::max();
+    return static_cast<int>(std::min(value, most));
+}
+
+void add(std::vector<Bar>& found, xcb_window_t window, Bar::Edge edge, std::uint32_t reach,
+         std::uint32_t begin, std::uint32_t end) {
+    if (reach > 0) {
+        found.push_back({window, edge, toPixels(reach), toPixels(begin), toPixels(end)});
+    }
+}
+
+void addBarsOf(xcb_window_t window, X11Connection& connection, std::vector<Bar>& found) {
+    xcb_ewmh_wm_strut_partial_t strut{};
+    if (xcb_ewmh_get_wm_strut_partial_reply(
+            connection.ewmh(), xcb_ewmh_get_wm_strut_partial(connection.ewmh(), window), &strut,
+            nullptr)
+        == 0) {
+        return;
+    }
+    add(found, window, Bar::Edge::left, strut.left, strut.left_start_y, strut.left_end_y);
+    add(found, window, Bar::Edge::right, strut.right, strut.right_start_y, strut.right_end_y);
+    add(found, window, Bar::Edge::top, strut.top, strut.top_start_x, strut.top_end_x);
+    add(found, window, Bar::Edge::bottom, strut.bottom, strut.bottom_start_x, strut.bottom_end_x);
+}
+
+} // namespace
+
+std::vector<Bar> bars(X11Connection& connection) {
+    std::vector<Bar> found;
+    xcb_ewmh_get_windows_reply_t clients{};
+    if (xcb_ewmh_get_client_list_reply(
+            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
+            &clients, nullptr)
+        != 0) {
+        for (const xcb_window_t window : std::span(clients.windows, clients.windows_len)) {
+            addBarsOf(window, connection, found);
+        }
+        xcb_ewmh_get_windows_reply_wipe(&clients);
+    }
+    return found;
+}
+
+PixelArea without(const std::vector<Bar>& bars, const PixelArea& screen, const PixelArea& desktop) {
+    PixelArea rest = screen;
+    for (const Bar& bar : bars) {
+        const bool isAtSide = bar.edge == Bar::Edge::left || bar.edge == Bar::Edge::right;
+        const int begin = isAtSide ? screen.top : screen.left;
+        const int end = isAtSide ? screen.bottom : screen.right;
+        if (bar.begin >= end || bar.end < begin) {
+            continue;
+        }
+        switch (bar.edge) {
+        case Bar::Edge::left:
+            rest.left = std::max(rest.left, std::min(desktop.left + bar.reach, screen.right));
+            break;
+        case Bar::Edge::right:
+            rest.right = std::min(rest.right, std::max(desktop.right - bar.reach, screen.left));
+            break;
+        case Bar::Edge::top:
+            rest.top = std::max(rest.top, std::min(desktop.top + bar.reach, screen.bottom));
+            break;
+        case Bar::Edge::bottom:
+            rest.bottom = std::min(rest.bottom, std::max(desktop.bottom - bar.reach, screen.top));
+            break;
+        }
+    }
+    return rest;
+}
+
+} // namespace sallowmere

@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Platform/X11/PanelKeyboard.h"
+
+#include "Platform/X11/XcbMemory.h"
+
+namespace sallowmere {
+
+namespace {
+
+/// Smaller ones, and ones without a ground, were given no keyboard (sway 1.7).
+constexpr std::uint16_t helperSize = 4;
+
+} // namespace
+
+PanelKeyboard::PanelKeyboard(X11Events& events, X11Connection& connection, xcb_window_t window,
+                             Server server)
+    : events_(events), connection_(connection), window_(window), server_(server) {
+    connect(&events, &X11Events::arrived, this, &PanelKeyboard::notice);
+    events.watchFocus(window);
+}
+
+PanelKeyboard::~PanelKeyboard() {
+    removeHelper();
+}
+
+void PanelKeyboard::notice(const xcb_generic_event_t* event) {
+    const bool wins = eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_IN) != nullptr;
+    const auto* change = wins ? eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_IN)
+                              : eventOf<xcb_focus_in_event_t>(event, XCB_FOCUS_OUT);
+    const xcb_window_t concerned = helper_ == XCB_NONE ? window_ : helper_;
+    if (change == nullptr || change->event != concerned) {
+        return;
+    }
+    // Grabs, such as the window manager's for its own keys, come and go; a focus that follows the
+    // pointer is none of ours.
+    const bool isLasting =
+        change->mode == XCB_NOTIFY_MODE_NORMAL || change->mode == XCB_NOTIFY_MODE_WHILE_GRABBED;
+    const bool isOurs = change->detail != XCB_NOTIFY_DETAIL_POINTER
+                        && change->detail != XCB_NOTIFY_DETAIL_POINTER_ROOT
+                        && change->detail != XCB_NOTIFY_DETAIL_NONE;
+    if (isLasting && isOurs) {
+        setHeld(wins);
+    }
+}
+
+void PanelKeyboard::setHeld(bool held) {
+    if (isHeld_ != held) {
+        isHeld_ = held;
+        if (!held) {
+            removeHelper();
+        }
+        emit heldChanged(held);
+    }
+}
+
+void PanelKeyboard::take() {
+    if (isHeld_ || !connection_.isAlive()) {
+        return;
+    }
+    const xcb_window_t owner = focused();
+    previous_ = owner > XCB_INPUT_FOCUS_POINTER_ROOT ? std::optional(owner) : std::nullopt;
+    if (server_ == Server::xwayland) {
+        showHelper();
+    } else {
+        focus(window_);
+    }
+}
+
+std::optional<xcb_window_t> PanelKeyboard::frontmost() {
+    return previous_;
+}
+
+void PanelKeyboard::handTo(std::optional<xcb_window_t> window) {
+    if (!connection_.isAlive()) {
+        return;
+    }
+    if (helper_ != XCB_NONE) {
+        // The compositor gives it back by itself.
+        setHeld(false);
+    } else if (window && canHaveIt(*window)) {
+        focus(*window);
+    } else {
+        focus(activeWindow().value_or(XCB_INPUT_FOCUS_POINTER_ROOT));
+    }
+}
+
+xcb_window_t PanelKeyboard::focused() {
+    const XcbMemory<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
+        connection_.xcb(), xcb_get_input_focus(connection_.xcb()), nullptr));
+    return reply ? reply->focus : xcb_window_t(XCB_NONE);
+}
+
+void PanelKeyboard::focus(xcb_window_t window) {
+    xcb_set_input_focus(connection_.xcb(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    xcb_flush(connection_.xcb());
+}
+
+bool PanelKeyboard::canHaveIt(xcb_window_t window) {
+    const XcbMemory<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
+        connection_.xcb(), xcb_get_window_attributes(connection_.xcb(), window), nullptr));
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::optional<xcb_window_t> PanelKeyboard::activeWindow() {
+    xcb_window_t active = XCB_NONE;
+    const bool isKnown =
+        xcb_ewmh_get_active_window_reply(
+            connection_.ewmh(),
+            xcb_ewmh_get_active_window(connection_.ewmh(), connection_.screen()), &active, nullptr)
+        != 0;
+    return isKnown && active != window_ && canHaveIt(active) ? std::optional(active) : std::nullopt;
+}
+
+void PanelKeyboard::showHelper() {
+    removeHelper();
+    xcb_connection_t* xcb = connection_.xcb();
+    helper_ = xcb_generate_id(xcb);
+    const std::uint32_t values[] = {0, 1};
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, helper_, connection_.root(), 0, 0, helperSize,
+                      helperSize, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    xcb_atom_t type = connection_.ewmh()->_NET_WM_WINDOW_TYPE_NORMAL;
+    xcb_ewmh_set_wm_window_type(connection_.ewmh(), helper_, 1, &type);
+    // The window must be there before anybody watches it, on another connection.
+    focused();
+    events_.watchFocus(helper_);
+    xcb_map_window(xcb, helper_);
+    xcb_flush(xcb);
+}
+
+void PanelKeyboard::removeHelper() {
+    if (helper_ != XCB_NONE) {
+        xcb_destroy_window(connection_.xcb(), helper_);
+        xcb_flush(connection_.xcb());
+        helper_ = XCB_NONE;
+    }
+}
+
+} // namespace sallowmere

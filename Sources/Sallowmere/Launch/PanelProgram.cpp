@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Sallowmere/Launch/PanelProgram.h"
+
+#include "Platform/Linux/LinuxUser.h"
+#include "Platform/X11/X11Connection.h"
+#include "Sallowmere/Launch/AppDelegate.h"
+#include "Sallowmere/Launch/RunningInstance.h"
+#include "Sallowmere/Launch/SystemServices.h"
+#include "Sallowmere/Launch/TerminationSignals.h"
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace sallowmere::PanelProgram {
+
+namespace {
+
+bool hasDisplay() {
+    return X11Connection().isAlive();
+}
+
+int refuse(const char* reason) {
+    std::fprintf(stderr, "sallowmere: %s\n", reason);
+    return EXIT_FAILURE;
+}
+
+/// The panel is light enough to be drawn without the graphics driver, which would be most of what
+/// the program keeps in memory. Its window is one of an X server, also under Wayland.
+void chooseGraphics() {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+} // namespace
+
+int run(int argc, char** argv) {
+    if (!hasDisplay()) {
+        return refuse("there is no display to show the panel on; --dump prints a report instead");
+    }
+    RunningInstance instance(homeDirectory());
+    if (instance.isAnother()) {
+        return refuse("the panel is already running");
+    }
+    chooseGraphics();
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    SystemServices services;
+    AppDelegate delegate(services);
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
+    delegate.applicationDidFinishLaunching([] { QCoreApplication::quit(); });
+    const int status = QGuiApplication::exec();
+    instance.release();
+    // Nothing has to be brought to an end: a scan that is under way only reads, and would be waited
+    // for.
+    std::_Exit(status);
+}
+
+} // namespace sallowmere::PanelProgram

@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Sallowmere/Window/X11NotchPanel.h"
+
+#include "Platform/X11/Compositor.h"
+#include "Platform/X11/X11Screens.h"
+
+#include <QEasingCurve>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <utility>
+
+namespace sallowmere {
+
+namespace {
+
+QEasingCurve easeOut() {
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0, 0}, {0.58, 1}, {1, 1});
+    return curve;
+}
+
+QRectF areaOf(const Rect& frame) {
+    return {frame.x, frame.y, frame.width, frame.height};
+}
+
+bool isXWayland(X11Connection& connection) {
+    constexpr std::string_view name = "XWAYLAND";
+    return connection.hasExtension(name)
+           // Those that have no such extension yet name their screens so.
+           || QGuiApplication::primaryScreen()->name().startsWith(QLatin1String(name.data()));
+}
+
+} // namespace
+
+X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& connection)
+    : view_(view), connection_(connection), isComposited_(hasCompositor(connection)) {
+    createWindow();
+    const auto window = static_cast<xcb_window_t>(view_.winId());
+    guard_ = std::make_unique<StackingGuard>(events, connection, window);
+    keyboard_ = std::make_unique<PanelKeyboard>(
+        events, connection, window,
+        isXWayland(connection) ? PanelKeyboard::Server::xwayland : PanelKeyboard::Server::x11);
+    connect(keyboard_.get(), &PanelKeyboard::heldChanged, this, &X11NotchPanel::keyChanged);
+    connect(&view_.keyboard(), &Keyboard::wanted, keyboard_.get(), &PanelKeyboard::take);
+    connect(&events, &X11Events::compositorChanged, this, [this] {
+        isComposited_ = hasCompositor(connection_);
+        cutCorners();
+    });
+    movement_.setEasingCurve(easeOut());
+    connect(&movement_, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& area) { place(area.toRectF()); });
+    view_.installEventFilter(this);
+}
+
+void X11NotchPanel::createWindow() {
+    view_.setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+                   | Qt::X11BypassWindowManagerHint);
+    view_.setTitle(QStringLiteral("Sallowmere"));
+    view_.create();
+    // A window of no type would get the keyboard under XWayland. On Qt's own connection, behind
+    // what makes the window.
+    xcb_connection_t* qt =
+        qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    const xcb_ewmh_connection_t& names = *connection_.ewmh();
+    xcb_change_property(qt, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(view_.winId()),
+                        names._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, 32, 1,
+                        &names._NET_WM_WINDOW_TYPE_NOTIFICATION);
+    // Others are going to ask for the window on other connections.
+    free(xcb_get_input_focus_reply(qt, xcb_get_input_focus(qt), nullptr));
+}
+
+void X11NotchPanel::setFrame(const Rect& frame, double seconds) {
+    const QRectF from = movement_.state() == QAbstractAnimation::Running
+                            ? movement_.currentValue().toRectF()
+                            : areaOf(frame_);
+    frame_ = frame;
+    movement_.stop();
+    if (seconds <= 0 || !view_.isVisible()) {
+        place(areaOf(frame));
+        return;
+    }
+    movement_.setStartValue(from);
+    movement_.setEndValue(areaOf(frame));
+    movement_.setDuration(qRound(seconds * 1'000));
+    movement_.start();
+}
+
+void X11NotchPanel::place(const QRectF& area) {
+    view_.setGeometry(X11Screens::toQt({area.x(), area.y(), area.width(), area.height()}));
+    cutCorners();
+}
+
+void X11NotchPanel::cutCorners() {
+    view_.setMask(isComposited_ ? QRegion() : view_.opaqueShape());
+}
+
+void X11NotchPanel::show() {
+    view_.show();
+    view_.raise();
+}
+
+std::optional<NotchPanel::FrontApplication> X11NotchPanel::frontmost() const {
+    const std::optional<xcb_window_t> window = keyboard_->frontmost();
+    return window ? std::optional(FrontApplication{*window}) : std::nullopt;
+}
+
+void X11NotchPanel::activate(std::optional<FrontApplication> application) {
+    keyboard_->handTo(application ? std::optional(static_cast<xcb_window_t>(application->id))
+                                  : std::nullopt);
+}
+
+void X11NotchPanel::keyChanged(bool isKey) {
+    if (keyboard_->needsGrab()) {
+        view_.setKeyboardGrabEnabled(isKey);
+    }
+    view_.keyboard().setHeld(isKey);
+    const auto& tell = isKey ? observer_.becameKey : observer_.resignedKey;
+    if (tell) {
+        tell();
+    }
+}
+
+bool X11NotchPanel::eventFilter(QObject* watched, QEvent* event) {
+    const bool enters = event->type() == QEvent::Enter;
+    if ((enters || event->type() == QEvent::Leave) && observer_.hoverChanged) {
+        observer_.hoverChanged(enters);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace sallowmere
