@@ -7,6 +7,7 @@
 #include "EndToEnd/AccessibleTree.h"
 #include "X11/WaitFor.h"
 
+#include <sstream>
 #include <stdexcept>
 
 namespace sallowmere {
@@ -158,6 +159,15 @@ bool AccessibleTree::isShown(const std::string& name, const std::string& role) c
 
 void AccessibleTree::waitUntilGone(const std::string& name, const std::string& role) const {
     waitFor("the end of \"" + name + '"', [&] { return !isShown(name, role); });
+}
+
+std::string AccessibleTree::text() const {
+    std::ostringstream lines;
+    for (const Control& control : shown()) {
+        lines << control.role << " \"" << control.name << "\" " << control.box
+              << (control.isFocused ? " focused" : "") << '\n';
+    }
+    return lines.str();
 }
 
 std::string AccessibleTree::text(const Control& field) {

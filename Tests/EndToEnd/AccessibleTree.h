@@ -45,6 +45,9 @@ public:
     /// Waits until there is none.
     void waitUntilGone(const std::string& name, const std::string& role = {}) const;
 
+    /// All that is shown, a line each.
+    std::string text() const;
+
     /// The text in a field.
     static std::string text(const Control& field);
     /// Whether it has the keyboard by now.

@@ -62,29 +62,32 @@ Buses::Buses() {
     startAccessibility();
 }
 
+Command Buses::command(const std::vector<std::string>& programAndArguments) const {
+    // What they complain about is of no interest.
+    Command command{"/bin/sh",
+                    {"sh", "-c", "exec \"$@\" 2>/dev/null", "sh"},
+                    {"HOME=" + home_.path(), "PATH=/usr/bin:/bin",
+                     "XDG_RUNTIME_DIR=" + home_.path(), "GSETTINGS_BACKEND=memory"},
+                    home_.path()};
+    command.arguments.insert(command.arguments.end(), programAndArguments.begin(),
+                             programAndArguments.end());
+    command.environment.insert(command.environment.end(), variables_.begin(), variables_.end());
+    return command;
+}
+
 void Buses::startSession() {
     const std::string configuration =
         home_.write("session.conf", sessionConfiguration(home_.path()));
     session_ = std::make_unique<ChildProcess>(
-        Command{"/usr/bin/dbus-daemon",
-                {"dbus-daemon", "--nofork", "--nopidfile", "--print-address=1",
-                 "--config-file=" + configuration},
-                {"HOME=" + home_.path(), "PATH=/usr/bin:/bin", "XDG_RUNTIME_DIR=" + home_.path()},
-                {}});
+        command({"/usr/bin/dbus-daemon", "--nofork", "--nopidfile", "--print-address=1",
+                 "--config-file=" + configuration}));
     sessionAddress_ = session_->readLine();
     variables_ = {"DBUS_SESSION_BUS_ADDRESS=" + sessionAddress_};
 }
 
 void Buses::startAccessibility() {
-    std::vector<std::string> environment{"HOME=" + home_.path(), "PATH=/usr/bin:/bin",
-                                         "XDG_RUNTIME_DIR=" + home_.path(),
-                                         "GSETTINGS_BACKEND=memory"};
-    environment.insert(environment.end(), variables_.begin(), variables_.end());
-    accessibility_ =
-        std::make_unique<ChildProcess>(Command{"/usr/libexec/at-spi-bus-launcher",
-                                               {"at-spi-bus-launcher", "--launch-immediately"},
-                                               environment,
-                                               {}});
+    accessibility_ = std::make_unique<ChildProcess>(
+        command({"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"}));
     const Connection connection = connect(sessionAddress_);
     std::optional<std::string> address;
     waitFor("the accessibility bus", [&] {

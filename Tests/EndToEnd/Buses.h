@@ -21,6 +21,7 @@ public:
     const std::vector<std::string>& variables() const { return variables_; }
 
 private:
+    Command command(const std::vector<std::string>& programAndArguments) const;
     void startSession();
     void startAccessibility();
 

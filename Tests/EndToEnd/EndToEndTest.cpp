@@ -100,6 +100,9 @@ void EndToEndTest::TearDown() {
         if (desk_->program) {
             std::cerr << desk_->program->errors();
         }
+        if (desk_->panel && !desk_->program->hasEnded()) {
+            std::cerr << desk_->panel->box() << '\n' << desk_->panel->tree().text();
+        }
     }
 }
 

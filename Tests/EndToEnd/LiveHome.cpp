@@ -89,6 +89,7 @@ LiveHome::LiveHome(const std::string& settings)
     home_.write(".config/sallowmere/settings.json",
                 "{\"usageAPIEnabled\":false,\"soundsEnabled\":false" + settings + "}\n");
     home_.makeDirectory(".config/sallowmere/notifications");
+    std::filesystem::permissions(home_.makeDirectory("run"), std::filesystem::perms::owner_all);
 }
 
 LiveSession LiveHome::addSession(const std::string& project, const std::string& title) const {

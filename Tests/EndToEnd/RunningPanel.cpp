@@ -25,7 +25,7 @@ Command panelCommand(const LiveHome& home, const Buses& buses, const std::string
                     variables,
                     directory};
     const std::vector<std::string> usual{
-        "HOME=" + directory, "XDG_RUNTIME_DIR=" + directory, "PATH=/usr/bin:/bin",
+        "HOME=" + directory, "XDG_RUNTIME_DIR=" + directory + "/run", "PATH=/usr/bin:/bin",
         "LANG=C.UTF-8",      "QT_QPA_PLATFORM=xcb",          "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
     command.environment.insert(command.environment.end(), usual.begin(), usual.end());
     command.environment.insert(command.environment.end(), buses.variables().begin(),
