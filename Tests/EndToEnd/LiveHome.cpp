@@ -14,8 +14,8 @@ namespace sallowmere {
 
 namespace {
 
-std::string timeNow() {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
+std::string timeBefore(std::chrono::seconds ago) {
+    const auto now = (std::chrono::system_clock::now() - ago).time_since_epoch();
     const std::time_t seconds = std::chrono::duration_cast<std::chrono::seconds>(now).count();
     const auto milliseconds =
         std::chrono::duration_cast<std::chrono::milliseconds>(now).count() % 1'000;
@@ -33,15 +33,17 @@ LiveSession::LiveSession(const TemporaryHome& home, const std::string& project,
     : id_("0c0ffee0-0000-4000-8000-" + project), title_(title),
       directory_(home.makeDirectory("work/" + project)),
       transcript_(home.write(".claude/projects/-work-" + project + '/' + id_ + ".jsonl",
-                             transcript::title(title) + '\n')) {
+                             transcript::title(title) + '\n')),
+      ago_(60) {
     work();
     say("All done.");
     finish();
+    ago_ = std::chrono::seconds(0);
 }
 
 std::string LiveSession::members() const {
     return "\"cwd\":" + transcript::json(directory_) + ",\"sessionId\":" + transcript::json(id_)
-           + ',' + transcript::time(timeNow());
+           + ',' + transcript::time(timeBefore(ago_));
 }
 
 void LiveSession::append(const std::string& line) {

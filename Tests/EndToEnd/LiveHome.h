@@ -4,6 +4,7 @@
 
 #include "System/TemporaryHome.h"
 
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,8 @@ private:
     std::string title_;
     std::string directory_;
     std::string transcript_;
+    /// How long what is written next is past.
+    std::chrono::seconds ago_;
 };
 
 /// A home directory in which the assistant works and the panel runs.

@@ -5,6 +5,7 @@
 // Draws every state of the panel into a PNG file there, on a ground that shows what is transparent.
 #include "Views/PanelScenes.h"
 
+#include <QColor>
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
@@ -16,6 +17,7 @@ namespace {
 
 using namespace sallowmere;
 
+const QColor desktop(0x8a, 0x8f, 0xa8);
 const Rect screen{0, 0, 1512, 982};
 
 NotchMetrics metrics(bool hasNotch) {
@@ -25,8 +27,9 @@ NotchMetrics metrics(bool hasNotch) {
 
 QImage onDesktop(const QImage& panel) {
     QImage picture(panel.size() + QSize(40, 20) * panel.devicePixelRatio(), QImage::Format_RGB32);
-    picture.fill(QColor(0x5a, 0x5f, 0x7a));
-    QPainter(&picture).drawImage(QPoint(qRound(20 * panel.devicePixelRatio()), 0), panel);
+    picture.setDevicePixelRatio(panel.devicePixelRatio());
+    picture.fill(desktop);
+    QPainter(&picture).drawImage(QPoint(20, 0), panel);
     return picture;
 }
 
@@ -42,10 +45,11 @@ int main(int argc, char** argv) {
     }
     for (const PanelScene& scene : PanelScene::all()) {
         PanelStage stage(metrics(scene.hasNotch));
+        // A window that draws itself in software has no alpha channel to grab.
+        stage.view().setColor(desktop);
         scene.set(stage);
         stage.settle();
-        QImage panel = stage.view().grabWindow();
-        panel.setDevicePixelRatio(1);
+        const QImage panel = stage.view().grabWindow();
         const QString path =
             QStringLiteral("%1/%2.png").arg(arguments[1], QString::fromStdString(scene.name));
         if (!onDesktop(panel).save(path)) {

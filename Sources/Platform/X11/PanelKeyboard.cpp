@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/PanelKeyboard.h"
 
+#include "Platform/X11/ClientWindows.h"
 #include "Platform/X11/XcbMemory.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace sallowmere {
 
@@ -77,11 +81,12 @@ void PanelKeyboard::handTo(std::optional<xcb_window_t> window) {
     }
     if (helper_ != XCB_NONE) {
         // The compositor gives it back by itself.
+        removeHelper();
         setHeld(false);
     } else if (window && canHaveIt(*window)) {
         focus(*window);
     } else {
-        focus(activeWindow().value_or(XCB_INPUT_FOCUS_POINTER_ROOT));
+        focus(fitWindow());
     }
 }
 
@@ -102,14 +107,21 @@ bool PanelKeyboard::canHaveIt(xcb_window_t window) {
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-std::optional<xcb_window_t> PanelKeyboard::activeWindow() {
+xcb_window_t PanelKeyboard::fitWindow() {
     xcb_window_t active = XCB_NONE;
     const bool isKnown =
         xcb_ewmh_get_active_window_reply(
             connection_.ewmh(),
             xcb_ewmh_get_active_window(connection_.ewmh(), connection_.screen()), &active, nullptr)
         != 0;
-    return isKnown && active != window_ && canHaveIt(active) ? std::optional(active) : std::nullopt;
+    if (isKnown && active != window_ && canHaveIt(active)) {
+        return active;
+    }
+    // Some window managers call none the active one while the panel has the keyboard.
+    const std::vector<xcb_window_t> windows = ClientWindows(connection_).frontToBack();
+    const auto front = std::find_if(windows.begin(), windows.end(),
+                                    [this](xcb_window_t window) { return canHaveIt(window); });
+    return front == windows.end() ? xcb_window_t(XCB_INPUT_FOCUS_POINTER_ROOT) : *front;
 }
 
 void PanelKeyboard::showHelper() {

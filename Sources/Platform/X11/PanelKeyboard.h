@@ -35,7 +35,7 @@ public:
     /// The window that has it, or had it when it was taken.
     std::optional<xcb_window_t> frontmost();
     /// Hands it to a window; when that has gone or there is none, to the one that the window
-    /// manager calls the active one, else to the one under the pointer.
+    /// manager calls the active one, else to the frontmost, else to the one under the pointer.
     void handTo(std::optional<xcb_window_t> window);
 
 signals:
@@ -47,7 +47,7 @@ private:
     xcb_window_t focused();
     void focus(xcb_window_t window);
     bool canHaveIt(xcb_window_t window);
-    std::optional<xcb_window_t> activeWindow();
+    xcb_window_t fitWindow();
     void showHelper();
     void removeHelper();
 

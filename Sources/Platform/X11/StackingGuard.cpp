@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <iterator>
 #include <span>
 #include <vector>
 
@@ -31,34 +33,75 @@ struct Box {
     }
 };
 
-/// All that is to be known of a window, asked for at once and awaited later.
+template <typename Reply>
+std::span<const xcb_window_t> childrenOf(const Reply& tree) {
+    return tree ? std::span<const xcb_window_t>(
+               xcb_query_tree_children(tree.get()),
+               static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())))
+                : std::span<const xcb_window_t>();
+}
+
+/// All that is to be known of a window on the desktop, asked for at once and awaited later.
 struct Question {
+    xcb_window_t window;
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;
+    xcb_query_tree_cookie_t tree;
 
     static Question about(xcb_connection_t* connection, xcb_window_t window) {
-        return {xcb_get_window_attributes_unchecked(connection, window),
-                xcb_get_geometry_unchecked(connection, window)};
-    }
-
-    /// Where a window lies that a window manager looks after and that is seen.
-    std::optional<Box> managedBox(xcb_connection_t* connection) const {
-        const XcbMemory<xcb_get_window_attributes_reply_t> state(
-            xcb_get_window_attributes_reply(connection, attributes, nullptr));
-        const std::optional<Box> box = boxOf(connection);
-        const bool counts =
-            state && state->override_redirect == 0 && state->map_state == XCB_MAP_STATE_VIEWABLE;
-        return counts ? box : std::nullopt;
-    }
-
-    std::optional<Box> boxOf(xcb_connection_t* connection) const {
-        const XcbMemory<xcb_get_geometry_reply_t> reply(
-            xcb_get_geometry_reply(connection, geometry, nullptr));
-        return reply ? std::optional(
-                   Box{reply->x, reply->y, reply->x + reply->width, reply->y + reply->height})
-                     : std::nullopt;
+        return {window, xcb_get_window_attributes_unchecked(connection, window),
+                xcb_get_geometry_unchecked(connection, window),
+                xcb_query_tree_unchecked(connection, window)};
     }
 };
+
+/// What came back.
+class Answer {
+public:
+    Answer(xcb_connection_t* connection, const Question& question)
+        : window_(question.window),
+          attributes_(xcb_get_window_attributes_reply(connection, question.attributes, nullptr)),
+          geometry_(xcb_get_geometry_reply(connection, question.geometry, nullptr)),
+          tree_(xcb_query_tree_reply(connection, question.tree, nullptr)) {}
+
+    bool isSeen() const {
+        return attributes_ && geometry_ && attributes_->map_state == XCB_MAP_STATE_VIEWABLE;
+    }
+
+    /// Whether it is one of these windows or the frame around one. Some window managers say of
+    /// their frames that nobody looks after them.
+    bool holdsOneOf(const std::vector<xcb_window_t>& managed) const {
+        const auto isManaged = [&](xcb_window_t window) {
+            return std::find(managed.begin(), managed.end(), window) != managed.end();
+        };
+        const auto children = childrenOf(tree_);
+        return isManaged(window_) || std::any_of(children.begin(), children.end(), isManaged);
+    }
+
+    Box box() const {
+        return {geometry_->x, geometry_->y, geometry_->x + geometry_->width,
+                geometry_->y + geometry_->height};
+    }
+
+private:
+    xcb_window_t window_;
+    XcbMemory<xcb_get_window_attributes_reply_t> attributes_;
+    XcbMemory<xcb_get_geometry_reply_t> geometry_;
+    XcbMemory<xcb_query_tree_reply_t> tree_;
+};
+
+std::vector<xcb_window_t> managedWindows(X11Connection& connection) {
+    xcb_ewmh_get_windows_reply_t list{};
+    if (xcb_ewmh_get_client_list_reply(
+            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
+            &list, nullptr)
+        == 0) {
+        return {};
+    }
+    std::vector<xcb_window_t> windows(list.windows, list.windows + list.windows_len);
+    xcb_ewmh_get_windows_reply_wipe(&list);
+    return windows;
+}
 
 } // namespace
 
@@ -98,26 +141,22 @@ bool StackingGuard::isCovered() {
     xcb_connection_t* xcb = connection_.xcb();
     const XcbMemory<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(xcb, xcb_query_tree(xcb, connection_.root()), nullptr));
-    if (!tree) {
-        return false;
-    }
-    const std::span stack(xcb_query_tree_children(tree.get()),
-                          static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    const auto stack = childrenOf(tree);
     const auto own = std::find(stack.begin(), stack.end(), window_);
-    if (own == stack.end()) {
-        return false;
-    }
     std::vector<Question> questions;
     std::transform(own, stack.end(), std::back_inserter(questions),
                    [&](xcb_window_t window) { return Question::about(xcb, window); });
-    const std::optional<Box> ownBox = questions.front().boxOf(xcb);
-    xcb_discard_reply(xcb, questions.front().attributes.sequence);
-    bool covered = false;
-    for (const Question& question : std::span(questions).subspan(1)) {
-        const std::optional<Box> box = question.managedBox(xcb);
-        covered = covered || (ownBox && box && box->intersects(*ownBox));
+    std::vector<Answer> answers;
+    std::transform(questions.begin(), questions.end(), std::back_inserter(answers),
+                   [&](const Question& question) { return Answer(xcb, question); });
+    if (answers.size() < 2 || !answers.front().isSeen()) {
+        return false;
     }
-    return covered;
+    const std::vector<xcb_window_t> managed = managedWindows(connection_);
+    return std::any_of(answers.begin() + 1, answers.end(), [&](const Answer& other) {
+        return other.isSeen() && other.box().intersects(answers.front().box())
+               && other.holdsOneOf(managed);
+    });
 }
 
 void StackingGuard::raise() {

@@ -14,11 +14,13 @@ Rectangle {
     height: 7
     radius: 3.5
     color: Theme.accent(bar.beaconColor, Theme.accentBlue)
+    opacity: breathing.opacity
     Accessible.role: Accessible.Indicator
     Accessible.name: bar.beaconHelp
 
     Breathing {
-        target: beacon
+        id: breathing
+
         lowest: 0.25
         duration: 800
         running: beacon.visible && beacon.bar.isBreathing && Motion.isWanted

@@ -34,13 +34,13 @@ Card {
         }
     }
     PlainText {
+        objectName: "message"
         width: parent.width
         topPadding: 4
         bottomPadding: 12
         text: card.entry.message
         wrapMode: Text.Wrap
-        maximumLineCount: 4
-        elide: Text.ElideRight
+        maximumLineCount: 12
         color: Theme.textSecondary
     }
     Row {
@@ -71,6 +71,7 @@ Card {
 
         implicitWidth: label.implicitWidth + 28
         implicitHeight: 28
+        objectName: `answer${option}`
         help: card.entry.isTyped ? `Types ${option} in the terminal` : "Jump to this session's terminal"
         baseColor: Qt.alpha(accent, 0.15)
         hoverColor: Qt.alpha(accent, 0.23)

@@ -17,76 +17,34 @@ Card {
         accent: Theme.accentCyan
     }
     PlainText {
+        objectName: "question"
         width: parent.width
         topPadding: 4
-        bottomPadding: 4
+        bottomPadding: 8
         text: card.entry.question
         wrapMode: Text.Wrap
-        maximumLineCount: 6
-        elide: Text.ElideRight
+        maximumLineCount: 12
         font.pointSize: Theme.titleSize
     }
-    Repeater {
-        model: card.entry.options
+    Column {
+        width: parent.width
+        spacing: 4
 
-        PressArea {
-            id: option
+        Repeater {
+            model: card.entry.options
 
-            required property string modelData
-            required property int index
-
-            width: parent.width
-            implicitHeight: 36
-            topInset: 4
-            text: modelData
-            help: card.entry.isTyped ? `Types ${index + 1} in the terminal` : "Jump to this session's terminal"
-            baseColor: Theme.optionBackground
-            hoverColor: Theme.grey(0.17)
-            onClicked: card.panel.answer(card.entry.id, index + 1)
-
-            contentItem: Item {
-                Rectangle {
-                    id: number
-
-                    anchors.left: parent.left
-                    anchors.leftMargin: 10
-                    anchors.verticalCenter: parent.verticalCenter
-                    anchors.verticalCenterOffset: 2
-                    width: Math.max(18, digits.implicitWidth + 8)
-                    height: 18
-                    radius: 5
-                    color: Qt.alpha(Theme.accentCyan, 0.15)
-
-                    PlainText {
-                        id: digits
-
-                        anchors.centerIn: parent
-                        text: option.index + 1
-                        font.pointSize: Theme.chipSize
-                        font.weight: Font.DemiBold
-                        color: Theme.accentCyan
-                        Accessible.ignored: true
-                    }
-                }
-                PlainText {
-                    anchors.left: number.right
-                    anchors.leftMargin: 10
-                    anchors.right: parent.right
-                    anchors.rightMargin: 10
-                    anchors.verticalCenter: number.verticalCenter
-                    text: option.modelData
-                    elide: Text.ElideRight
-                    font.pointSize: Theme.optionSize
-                    Accessible.ignored: true
-                }
+            AskOption {
+                width: parent.width
+                isTyped: card.entry.isTyped
+                onClicked: card.panel.answer(card.entry.id, number)
             }
         }
     }
     PlainText {
+        objectName: "hint"
         width: parent.width
         topPadding: 8
         text: card.entry.hint
-        elide: Text.ElideRight
         font.pointSize: Theme.footerSize
         color: Theme.textTertiary
     }

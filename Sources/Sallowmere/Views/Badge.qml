@@ -6,7 +6,7 @@ import QtQuick
 Rectangle {
     property alias text: label.text
 
-    implicitWidth: label.implicitWidth + 16
+    implicitWidth: label.width + 16
     implicitHeight: label.implicitHeight + 6
     radius: Theme.badgeRadius
     color: Theme.badgeBackground
@@ -15,6 +15,7 @@ Rectangle {
         id: label
 
         anchors.centerIn: parent
+        width: Math.min(implicitWidth, 96)
         font.pointSize: Theme.chipSize
         font.weight: Font.Medium
         color: Theme.textSecondary

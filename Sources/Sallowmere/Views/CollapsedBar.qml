@@ -18,18 +18,20 @@ Item {
         width: collapsed.wingWidth
 
         WorkingSpinner {
+            objectName: "spinner"
             anchors.left: parent.left
             anchors.leftMargin: 14
             anchors.verticalCenter: parent.verticalCenter
             visible: collapsed.panel.bar.isWorking
         }
         Symbol {
+            objectName: "restingSymbol"
             anchors.left: parent.left
             anchors.leftMargin: 14
             anchors.verticalCenter: parent.verticalCenter
             visible: !collapsed.panel.bar.isWorking
             name: "sparkle"
-            size: 9
+            size: 10
         }
     }
     Item {
@@ -45,14 +47,16 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 7
 
-            PlainText {
+            Figures {
                 objectName: "fiveHourPercent"
+                horizontalAlignment: Text.AlignRight
                 anchors.verticalCenter: parent.verticalCenter
                 text: collapsed.panel.usage.fiveHour.percent
                 font.weight: Font.DemiBold
                 color: Theme.accent(collapsed.panel.usage.fiveHour.color, Theme.accentGreen)
             }
             ActivityBeacon {
+                objectName: "beacon"
                 anchors.verticalCenter: parent.verticalCenter
                 bar: collapsed.panel.bar
             }

@@ -40,13 +40,11 @@ PressArea {
             PlainText {
                 width: parent.width
                 text: card.entry.title
-                elide: Text.ElideRight
                 font.weight: Font.DemiBold
             }
             PlainText {
                 width: parent.width
                 text: "Finished — click to jump"
-                elide: Text.ElideRight
                 color: Theme.textSecondary
             }
         }

@@ -15,6 +15,22 @@ Item {
     readonly property real naturalHeight:
         notchHeight + header.height + list.implicitHeight + footer.height + 2 * 12 + 2 * 8
 
+    readonly property Item focused: Window.activeFocusItem
+
+    /// Scrolls until the control is seen, if it is one of the list's.
+    function reveal(control: Item): void {
+        let ancestor = control
+        while (ancestor && ancestor !== list) {
+            ancestor = ancestor.parent
+        }
+        if (ancestor) {
+            const top = control.mapToItem(list, 0, 0).y
+            const lowest = Math.min(top, scroll.contentY)
+            scroll.contentY = Math.max(lowest, top + control.height - scroll.height)
+        }
+    }
+
+    onFocusedChanged: reveal(focused)
     onNaturalHeightChanged: panel.setContentHeight(naturalHeight)
     Component.onCompleted: panel.setContentHeight(naturalHeight)
 
@@ -30,6 +46,8 @@ Item {
         pinned: expanded.panel.pinned
     }
     Flickable {
+        id: scroll
+
         objectName: "list"
         anchors.top: header.bottom
         anchors.topMargin: 8
@@ -41,8 +59,12 @@ Item {
         boundsBehavior: Flickable.StopAtBounds
         interactive: contentHeight > height
         clip: true
-        ScrollBar.vertical: ScrollBar {
-            policy: ScrollBar.AsNeeded
+        ScrollBar.vertical: ThinScrollBar {
+            // Beside the rows.
+            parent: expanded
+            x: expanded.width - width - 6
+            y: scroll.y
+            height: scroll.height
         }
 
         PanelList {
@@ -68,7 +90,10 @@ Item {
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: point => menu.popup(point.position)
+        onTapped: point => {
+            Help.hush()
+            menu.popup(point.position)
+        }
     }
     PanelMenu {
         id: menu

@@ -2,23 +2,28 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// The black shape that everything stands on, flat above and rounded below.
+/// The black shape that everything stands on, flat above, where it hangs, and rounded below.
 Item {
     id: ground
 
     required property real lowerRadius
     required property bool hasShadow
+    /// How far the shadow reaches, and how much further below.
+    readonly property real reach: 22
+    readonly property real drop: 6
 
     BorderImage {
+        objectName: "shadow"
         anchors.fill: parent
-        anchors.margins: -28
+        anchors.leftMargin: -ground.reach
+        anchors.rightMargin: -ground.reach
+        anchors.bottomMargin: -ground.reach - ground.drop
         visible: ground.hasShadow
-        source: "image://shadow/panel"
+        source: ground.hasShadow ? "image://shadow/panel" : ""
         border {
-            left: 56
-            top: 56
-            right: 56
-            bottom: 56
+            left: 50
+            right: 50
+            bottom: 50
         }
         Accessible.ignored: true
     }

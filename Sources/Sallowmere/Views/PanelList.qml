@@ -4,34 +4,37 @@ import QtQuick
 import Sallowmere
 
 /// Everything between the header and the footer: cards, sessions and other processes.
-Column {
+RowColumn {
     id: list
 
     required property PanelModel panel
 
-    spacing: 0
-    move: Transition {
-        NumberAnimation {
-            property: "y"
-            duration: Theme.fade
-            easing.type: Easing.OutQuad
-        }
+    Reorders {
+        target: list.panel.completions
+    }
+    Reorders {
+        target: list.panel.approvals
+    }
+    Reorders {
+        target: list.panel.sessions
     }
 
     Repeater {
         model: list.panel.completions
 
-        Item {
+        ListRow {
             id: completion
 
             required property completionRow entry
 
+            column: list
             width: list.width
             height: card.implicitHeight + 8
 
             CompletionCard {
                 id: card
 
+                objectName: "completionCard"
                 width: parent.width
                 entry: completion.entry
                 panel: list.panel
@@ -41,27 +44,31 @@ Column {
     Repeater {
         model: list.panel.approvals
 
-        Item {
+        ListRow {
             id: approval
 
             required property approvalRow entry
 
+            column: list
             width: list.width
             height: approveCard.implicitHeight + 8
 
             ApproveCard {
                 id: approveCard
 
+                objectName: "approveCard"
                 width: parent.width
                 entry: approval.entry
                 panel: list.panel
             }
         }
     }
-    Item {
+    ListRow {
+        column: list
         width: parent.width
         height: askCard.implicitHeight + 8
         visible: list.panel.ask.id !== ""
+        onVisibleChanged: list.reorder()
 
         AskCard {
             id: askCard
@@ -72,10 +79,12 @@ Column {
             panel: list.panel
         }
     }
-    Item {
+    ListRow {
+        column: list
         width: parent.width
         height: planCard.implicitHeight + 8
         visible: list.panel.plan.id !== ""
+        onVisibleChanged: list.reorder()
 
         PlanCard {
             id: planCard
@@ -101,29 +110,61 @@ Column {
         model: list.panel.sessions
 
         SessionView {
+            column: list
             width: list.width
             panel: list.panel
         }
     }
-    PlainText {
+    ListRow {
+        column: list
+        width: parent.width
+        height: heading.implicitHeight
         visible: processes.count > 0
-        leftPadding: 4
-        topPadding: 12
-        bottomPadding: 4
-        text: "ALSO RUNNING"
-        font.pointSize: Theme.footerSize
-        font.weight: Font.DemiBold
-        font.letterSpacing: 0.6
-        color: Theme.textTertiary
-        Accessible.role: Accessible.Heading
+
+        PlainText {
+            id: heading
+
+            objectName: "processesHeading"
+            leftPadding: 4
+            topPadding: 12
+            bottomPadding: 4
+            text: "ALSO RUNNING"
+            font.pointSize: Theme.footerSize
+            font.weight: Font.DemiBold
+            font.letterSpacing: 0.6
+            color: Theme.textTertiary
+            Accessible.role: Accessible.Heading
+        }
     }
     Repeater {
         id: processes
 
         model: list.panel.processes
 
-        ProcessRowView {
+        ListRow {
+            id: process
+
+            required property processRow entry
+
+            column: list
             width: list.width
+            height: processView.implicitHeight
+
+            ProcessRowView {
+                id: processView
+
+                width: parent.width
+                entry: process.entry
+            }
+        }
+    }
+
+    component Reorders: Connections {
+        function onRowsMoved(): void {
+            list.reorder()
+        }
+        function onRowsInserted(): void {
+            list.reorder()
         }
     }
 }

@@ -11,6 +11,11 @@ Menu {
     required property PanelModel panel
 
     padding: 4
+    // Within the black ground, beyond which a screen may show nothing.
+    topMargin: 4
+    leftMargin: 26
+    rightMargin: 26
+    bottomMargin: 32
 
     background: Rectangle {
         implicitWidth: 168

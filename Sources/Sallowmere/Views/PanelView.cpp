@@ -7,17 +7,31 @@
 
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QtMath>
+
+#include <cmath>
 
 // Of the module of the views; not called by anything else when that is linked statically.
 extern void qml_register_types_Sallowmere(); // NOLINT(readability-identifier-naming)
 
 namespace sallowmere {
 
+namespace {
+
+/// Points that a round corner leaves free, if only in part, beside a row so far above its foot.
+int freeBeside(double aboveFoot, double radius) {
+    const double fromCenter = radius - aboveFoot;
+    return qCeil(radius - std::sqrt(radius * radius - fromCenter * fromCenter));
+}
+
+} // namespace
+
 PanelView::PanelView(PanelModel& model, const NotchMetrics& metrics, double wingWidth) {
     qml_register_types_Sallowmere();
     engine()->addImageProvider(QStringLiteral("symbols"), new SymbolProvider);
     engine()->addImageProvider(QStringLiteral("shadow"), new ShadowProvider);
     engine()->addImportPath(QStringLiteral(":/"));
+    setTitle(QStringLiteral("Sallowmere"));
     setColor(Qt::transparent);
     setResizeMode(SizeRootObjectToView);
     setInitialProperties({{QStringLiteral("panel"), QVariant::fromValue(&model)},
@@ -41,13 +55,19 @@ Keyboard& PanelView::keyboard() {
 }
 
 void PanelView::clearFocus() {
-    if (QQuickItem* item = activeFocusItem()) {
-        item->setFocus(false);
-    }
+    rootObject()->forceActiveFocus();
 }
 
 QRegion PanelView::opaqueShape() const {
-    return QRect({}, size());
+    const auto* ground = rootObject()->findChild<QQuickItem*>(QStringLiteral("ground"));
+    const QRect whole = ground->mapRectToScene(ground->boundingRect()).toRect();
+    const int radius = qCeil(ground->property("lowerRadius").toDouble());
+    QRegion shape(whole.adjusted(0, 0, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        const int free = freeBeside(row, radius);
+        shape += QRect(whole.left() + free, whole.bottom() - row, whole.width() - 2 * free, 1);
+    }
+    return shape;
 }
 
 template <typename Singleton>

@@ -29,7 +29,8 @@ public:
     Keyboard& keyboard();
     /// None of the views has the keyboard focus any more.
     void clearFocus();
-    /// All that is not transparent, in points from the window's upper left corner.
+    /// The black ground with its round corners, in the coordinates of the window as large as it is
+    /// now: what a screen that knows no transparency has to show of it.
     QRegion opaqueShape() const;
 
 private:

@@ -10,7 +10,7 @@ PressArea {
 
     required property planRow entry
     required property PanelModel panel
-    readonly property int tallest: 160
+    readonly property int tallest: 240
 
     text: "Plan ready for review"
     help: "Jump to this session's terminal"
@@ -28,22 +28,29 @@ PressArea {
             text: "Plan ready for review"
             accent: Theme.accentPurple
         }
-        ScrollView {
+        Flickable {
+            objectName: "planScroll"
             width: parent.width
             height: Math.min(plan.implicitHeight, card.tallest)
-            contentWidth: availableWidth
+            contentHeight: plan.implicitHeight
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height
+            clip: true
+            ScrollBar.vertical: ThinScrollBar {
+            }
 
             PlanText {
                 id: plan
 
                 objectName: "plan"
+                width: parent.width - 8
                 markdown: card.entry.markdown
             }
         }
         PlainText {
+            objectName: "planHint"
             width: parent.width
             text: "Approve in the terminal — click to jump"
-            elide: Text.ElideRight
             font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "Sallowmere/Views/PlanMarkdown.h"
 
+#include "Sallowmere/Views/PlanStyle.h"
+
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -39,6 +41,15 @@ QString description(const QTextImageFormat& picture) {
     return picture.property(QTextFormat::ImageAltText).toString();
 }
 
+QTextCharFormat withoutLink(QTextCharFormat format) {
+    for (const int property : {QTextFormat::IsAnchor, QTextFormat::AnchorHref,
+                               QTextFormat::AnchorName, QTextFormat::TextToolTip,
+                               QTextFormat::TextUnderlineStyle, QTextFormat::ForegroundBrush}) {
+        format.clearProperty(property);
+    }
+    return format;
+}
+
 /// From the end, so that the places of the other pieces stay.
 void closeLinksAndPictures(QTextDocument& document) {
     const std::vector<Piece> all = pieces(document);
@@ -49,7 +60,7 @@ void closeLinksAndPictures(QTextDocument& document) {
         if (piece->format.isImageFormat()) {
             cursor.insertText(description(piece->format.toImageFormat()), QTextCharFormat());
         } else if (piece->format.isAnchor()) {
-            cursor.setCharFormat(QTextCharFormat());
+            cursor.setCharFormat(withoutLink(piece->format));
         }
     }
 }
@@ -58,9 +69,11 @@ void closeLinksAndPictures(QTextDocument& document) {
 
 QString styled(const QString& markdown) {
     ClosedDocument document;
+    PlanStyle::prepare(document);
     QTextDocument::MarkdownFeatures features = QTextDocument::MarkdownDialectGitHub;
     document.setMarkdown(markdown, features.setFlag(QTextDocument::MarkdownNoHTML));
     closeLinksAndPictures(document);
+    PlanStyle::apply(document);
     return document.toHtml();
 }
 

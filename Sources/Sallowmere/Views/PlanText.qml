@@ -9,7 +9,6 @@ TextEdit {
 
     textFormat: TextEdit.RichText
     text: PlanMarkdown.styled(markdown)
-    width: parent ? parent.width : implicitWidth
     wrapMode: TextEdit.Wrap
     readOnly: true
     selectByMouse: true

@@ -15,13 +15,14 @@ AbstractButton {
     property color baseColor: "transparent"
     property color hoverColor: Theme.grey(0.17)
     property color pressedColor: Theme.grey(0.07)
+    readonly property string wantedHelp: hovered && !pressed ? help : ""
 
     focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : help
     Accessible.description: help
-    ToolTip.text: help
-    ToolTip.visible: help !== "" && hovered && !pressed
-    ToolTip.delay: 600
+    onWantedHelpChanged: Help.say(area, wantedHelp)
 
     Keys.onReturnPressed: click()
     Keys.onEnterPressed: click()

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Controls.Basic
 
 /// How busy a session's process is.
 Row {
@@ -9,11 +8,13 @@ Row {
 
     required property string cpu
     required property string help
+    readonly property string wantedHelp: hover.hovered ? help : ""
 
     spacing: 3
-    ToolTip.text: help
-    ToolTip.visible: hover.hovered
-    ToolTip.delay: 600
+    Accessible.role: Accessible.StaticText
+    Accessible.name: cpu
+    Accessible.description: help
+    onWantedHelpChanged: Help.say(chip, wantedHelp)
 
     HoverHandler {
         id: hover
@@ -21,13 +22,17 @@ Row {
     Symbol {
         anchors.verticalCenter: parent.verticalCenter
         name: "bolt"
-        size: 9
+        size: 10
         color: Theme.accentOrange
     }
-    PlainText {
+    Figures {
+        objectName: "cpu"
+        anchors.verticalCenter: parent.verticalCenter
         text: chip.cpu
+        widest: "00%"
+        horizontalAlignment: Text.AlignRight
         font.pointSize: Theme.chipSize
         color: Theme.textSecondary
-        Accessible.description: chip.help
+        Accessible.ignored: true
     }
 }

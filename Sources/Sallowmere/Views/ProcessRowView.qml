@@ -9,13 +9,13 @@ Item {
 
     required property processRow entry
 
+    objectName: "process"
     implicitHeight: 24
 
     Rectangle {
         id: dot
 
-        anchors.left: parent.left
-        anchors.leftMargin: 4
+        x: 5
         anchors.verticalCenter: parent.verticalCenter
         width: 6
         height: 6
@@ -23,13 +23,12 @@ Item {
         color: Theme.accentGreen
     }
     PlainText {
-        anchors.left: dot.right
-        anchors.leftMargin: 8
-        anchors.right: figures.left
-        anchors.rightMargin: 8
+        objectName: "name"
+        x: 20
+        width: figures.x - x - 8
         anchors.verticalCenter: parent.verticalCenter
         text: row.entry.name
-        elide: Text.ElideRight
+        elide: Text.ElideMiddle
     }
     Row {
         id: figures
@@ -40,17 +39,24 @@ Item {
         spacing: 8
 
         PlainText {
+            objectName: "pid"
             text: row.entry.pid
             font.pointSize: Theme.footerSize
             color: Theme.textSecondary
         }
-        PlainText {
+        Figures {
+            objectName: "cpu"
             text: row.entry.cpu
+            widest: "00%"
+            horizontalAlignment: Text.AlignRight
             font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }
-        PlainText {
+        Figures {
+            objectName: "elapsed"
             text: row.entry.elapsed
+            widest: "00h00m"
+            horizontalAlignment: Text.AlignRight
             font.pointSize: Theme.footerSize
             color: Theme.textTertiary
         }

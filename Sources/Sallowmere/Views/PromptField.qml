@@ -4,12 +4,11 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Sallowmere
 
-/// Where a prompt is typed. Only a click into it, or the Tab key, gives it the keyboard.
+/// Where a prompt is typed. Only a press into it, or what stands for one, asks for the keyboard.
 TextField {
     id: field
 
     required property bool isPrompting
-    required property PanelModel panel
 
     objectName: "prompt"
     enabled: !isPrompting
@@ -19,12 +18,16 @@ TextField {
     selectionColor: Qt.alpha(Theme.accentBlue, 0.5)
     selectByMouse: true
     font.pointSize: Theme.optionSize
-    leftPadding: 10
-    rightPadding: 34
+    padding: 8
+    rightPadding: 36
     Accessible.name: placeholderText
-    onActiveFocusChanged: panel.setEditingPrompt(activeFocus)
-    Component.onDestruction: panel.setEditingPrompt(false)
-    Keys.onEscapePressed: focus = false
+    Accessible.onPressAction: forceActiveFocus()
+    onPressed: Keyboard.take()
+    onFocusChanged: {
+        if (focus && !Keyboard.isHeld) {
+            Keyboard.take()
+        }
+    }
 
     background: Rectangle {
         radius: Theme.controlRadius
@@ -47,6 +50,7 @@ TextField {
         onClicked: field.accepted()
     }
     WorkingSpinner {
+        objectName: "sending"
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter

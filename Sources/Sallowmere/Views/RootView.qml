@@ -3,7 +3,8 @@
 import QtQuick
 import Sallowmere
 
-/// All that the panel's window shows: the thin bar, or the list that hangs from it.
+/// All that the panel's window shows: the thin bar, or the list that hangs from it. Here it is
+/// decided whether the user is typing.
 Item {
     id: root
 
@@ -13,8 +14,33 @@ Item {
     required property bool hasNotch
     readonly property real sideMargin: 22
     readonly property real bottomMargin: 28
+    readonly property Item focused: Window.activeFocusItem
+    /// The keyboard is on a control.
+    readonly property bool isTyping: Keyboard.isHeld && focused !== null && focused !== root
+                                     && focused !== Window.contentItem
 
+    function leaveControls(): void {
+        forceActiveFocus()
+    }
+
+    focus: true
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Sallowmere"
+    Keys.onEscapePressed: leaveControls()
+    onIsTypingChanged: panel.setEditingPrompt(isTyping)
+
+    Connections {
+        target: Keyboard
+
+        function onIsHeldChanged(): void {
+            if (!Keyboard.isHeld) {
+                root.leaveControls()
+            }
+        }
+    }
     PanelGround {
+        id: ground
+
         objectName: "ground"
         x: root.panel.expanded ? root.sideMargin : 0
         width: root.width - 2 * x
@@ -25,6 +51,8 @@ Item {
         Loader {
             anchors.fill: parent
             sourceComponent: root.panel.expanded ? expanded : collapsed
+        }
+        HelpTip {
         }
     }
     Component {

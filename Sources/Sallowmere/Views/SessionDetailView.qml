@@ -41,6 +41,7 @@ Item {
         spacing: 8
 
         SessionLog {
+            objectName: "log"
             width: parent.width
             model: detail.panel.log
         }
@@ -62,7 +63,6 @@ Item {
                     width: parent.width
                     visible: detail.entry.hasProcess
                     text: "Session is active in the terminal — prompt it there"
-                    elide: Text.ElideRight
                     font.pointSize: Theme.chipSize
                     color: Theme.textTertiary
                 }
@@ -76,7 +76,6 @@ Item {
 
                         anchors.fill: parent
                         isPrompting: detail.entry.isPrompting
-                        panel: detail.panel
                         onAccepted: detail.submit()
                     }
                 }
@@ -89,7 +88,6 @@ Item {
                           ? "Running headlessly — response will appear as the active session" : ""
                     wrapMode: Text.Wrap
                     maximumLineCount: 2
-                    elide: Text.ElideRight
                     font.pointSize: Theme.footerSize
                     color: detail.entry.promptError !== "" ? Theme.red : Theme.textTertiary
                 }
@@ -119,7 +117,6 @@ Item {
                         anchors.verticalCenter: parent.verticalCenter
                         width: Math.min(implicitWidth, 160)
                         text: terminal.text
-                        elide: Text.ElideRight
                         font.pointSize: Theme.chipSize
                         font.weight: Font.DemiBold
                         color: Theme.textSecondary

@@ -12,6 +12,7 @@ Column {
     spacing: 2
 
     PlainText {
+        objectName: "noLog"
         visible: rows.count === 0
         text: "No recent activity"
         font.pointSize: Theme.chipSize
@@ -31,6 +32,7 @@ Column {
             implicitHeight: label.implicitHeight
 
             Rectangle {
+                objectName: "logDot"
                 x: 4.5
                 y: (firstLine.height - height) / 2
                 width: 5
@@ -47,13 +49,12 @@ Column {
             PlainText {
                 id: label
 
+                objectName: "logLabel"
                 x: 18
                 width: parent.width - 18
                 text: row.entry.label
                 wrapMode: Text.Wrap
                 maximumLineCount: 2
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignLeft
                 font.family: Theme.monospace
                 font.pointSize: Theme.logSize
                 font.weight: row.entry.isProse ? Font.Medium : Font.Normal

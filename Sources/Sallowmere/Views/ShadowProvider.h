@@ -8,12 +8,15 @@ namespace sallowmere {
 
 /// The soft shadow of the expanded panel, "image://shadow/panel", as a picture whose corners are
 /// kept and whose sides are stretched: it is drawn once, where an effect would be drawn for every
-/// frame. `reach` points of it lie outside the panel on each side.
+/// frame. The panel hangs from the upper edge, so that there is none above it. `reach` points of it
+/// lie outside the panel on either side, `reach` and `drop` below.
 class ShadowProvider : public QQuickImageProvider {
 public:
-    static constexpr int reach = 28;
-    /// Points from each side of the picture that are not stretched.
-    static constexpr int corner = 56;
+    static constexpr int reach = 22;
+    /// It falls below the panel rather than around it.
+    static constexpr int drop = 6;
+    /// Points from the sides of the picture, and from below, that are not stretched.
+    static constexpr int corner = 50;
 
     ShadowProvider() : QQuickImageProvider(Image) {}
 

@@ -36,7 +36,7 @@ Item {
             objectName: "weekly"
             window: header.usage.weekly
         }
-        PlainText {
+        Figures {
             objectName: "weeklyReset"
             visible: text !== ""
             text: header.usage.weekly.reset

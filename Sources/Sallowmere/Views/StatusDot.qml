@@ -13,11 +13,13 @@ Rectangle {
     height: 8
     radius: 4
     color: Theme.status(status)
+    opacity: breathing.opacity
     Accessible.role: Accessible.Indicator
     Accessible.name: status
 
     Breathing {
-        target: dot
+        id: breathing
+
         lowest: 0.35
         duration: 900
         running: dot.visible && dot.status === "working" && Motion.isWanted

@@ -6,7 +6,7 @@ import QtQuick
 Image {
     property string name
     property color color: Theme.textSecondary
-    property int size: 11
+    property int size: 12
 
     width: size
     height: size

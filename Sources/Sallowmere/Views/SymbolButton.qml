@@ -7,7 +7,7 @@ PressArea {
     id: button
 
     required property string symbol
-    property int symbolSize: 11
+    property int symbolSize: 12
     property color symbolColor: Theme.textSecondary
 
     implicitWidth: 20

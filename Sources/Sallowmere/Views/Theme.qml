@@ -3,6 +3,7 @@
 pragma Singleton
 
 import QtQuick
+import Sallowmere
 
 /// The one palette and type scale. Colours are sRGB with components from 0 to 1, on black; lengths
 /// are in points.
@@ -36,8 +37,8 @@ QtObject {
     readonly property int badgeRadius: 6
     readonly property int panelRadius: 22
 
-    /// Milliseconds: of a fade or a glide, and of the panel's growing.
-    readonly property int fade: 120
+    /// Milliseconds of a fade or a glide.
+    readonly property int fade: Motion.isWanted ? 120 : 0
 
     readonly property string monospace: "monospace"
 

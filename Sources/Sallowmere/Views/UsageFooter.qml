@@ -12,12 +12,12 @@ Item {
     implicitHeight: 20
 
     PlainText {
+        objectName: "footerText"
         anchors.left: parent.left
         anchors.right: quit.left
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
         text: footer.text
-        elide: Text.ElideRight
         font.pointSize: Theme.footerSize
         color: Theme.textTertiary
     }

@@ -18,18 +18,22 @@ Row {
     spacing: 4
 
     PlainText {
+        objectName: "label"
+        width: Math.min(implicitWidth, 120)
         text: view.window.label
         font.pointSize: view.textSize
         font.bold: true
         color: view.hasTint ? view.tint : Theme.textPrimary
     }
-    PlainText {
+    Figures {
+        objectName: "percent"
         text: view.window.percent
         font.pointSize: view.textSize
         font.weight: Font.DemiBold
         color: Theme.accent(view.window.color, view.tint)
     }
-    PlainText {
+    Figures {
+        objectName: "reset"
         visible: view.showReset && text !== ""
         text: view.window.reset
         font.pointSize: view.textSize

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <cmath>
 #include <utility>
 
 namespace sallowmere {
@@ -21,8 +22,9 @@ QEasingCurve easeOut() {
     return curve;
 }
 
-QRectF areaOf(const Rect& frame) {
-    return {frame.x, frame.y, frame.width, frame.height};
+Rect between(const Rect& from, const Rect& to, double share) {
+    return {std::lerp(from.x, to.x, share), std::lerp(from.y, to.y, share),
+            std::lerp(from.width, to.width, share), std::lerp(from.height, to.height, share)};
 }
 
 bool isXWayland(X11Connection& connection) {
@@ -48,9 +50,13 @@ X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& 
         isComposited_ = hasCompositor(connection_);
         cutCorners();
     });
+    // By then the views are as large as the window.
+    connect(&view_, &QQuickWindow::frameSwapped, this, &X11NotchPanel::cutCorners);
     movement_.setEasingCurve(easeOut());
+    movement_.setStartValue(0.0);
+    movement_.setEndValue(1.0);
     connect(&movement_, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& area) { place(area.toRectF()); });
+            [this](const QVariant& share) { place(between(start_, frame_, share.toDouble())); });
     view_.installEventFilter(this);
 }
 
@@ -72,28 +78,27 @@ void X11NotchPanel::createWindow() {
 }
 
 void X11NotchPanel::setFrame(const Rect& frame, double seconds) {
-    const QRectF from = movement_.state() == QAbstractAnimation::Running
-                            ? movement_.currentValue().toRectF()
-                            : areaOf(frame_);
+    start_ = placed_;
     frame_ = frame;
     movement_.stop();
     if (seconds <= 0 || !view_.isVisible()) {
-        place(areaOf(frame));
+        place(frame);
         return;
     }
-    movement_.setStartValue(from);
-    movement_.setEndValue(areaOf(frame));
     movement_.setDuration(qRound(seconds * 1'000));
     movement_.start();
 }
 
-void X11NotchPanel::place(const QRectF& area) {
-    view_.setGeometry(X11Screens::toQt({area.x(), area.y(), area.width(), area.height()}));
-    cutCorners();
+void X11NotchPanel::place(const Rect& frame) {
+    placed_ = frame;
+    view_.setGeometry(X11Screens::toQt(frame));
 }
 
 void X11NotchPanel::cutCorners() {
-    view_.setMask(isComposited_ ? QRegion() : view_.opaqueShape());
+    const QRegion shape = isComposited_ ? QRegion() : view_.opaqueShape();
+    if (view_.mask() != shape) {
+        view_.setMask(shape);
+    }
 }
 
 void X11NotchPanel::show() {

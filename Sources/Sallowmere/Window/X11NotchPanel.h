@@ -39,15 +39,18 @@ public:
 
 private:
     void createWindow();
-    void place(const QRectF& area);
+    void place(const Rect& frame);
     void cutCorners();
     void keyChanged(bool isKey);
 
     PanelView& view_;
     X11Connection& connection_;
     Events observer_;
-    /// The last one asked for.
+    /// Where it is, where its way began, and the last one asked for.
+    Rect placed_;
+    Rect start_;
     Rect frame_;
+    /// From 0 to 1 on that way.
     QVariantAnimation movement_;
     bool isComposited_;
     std::unique_ptr<StackingGuard> guard_;

@@ -1,0 +1,228 @@
+// SPDX-FileCopyrightText: 2026 the Sallowmere authors
+// SPDX-License-Identifier: MIT
+#include "Platform/X11/Compositor.h"
+#include "Platform/X11/PanelKeyboard.h"
+#include "Platform/X11/StackingGuard.h"
+#include "Platform/X11/X11Events.h"
+#include "System/EventLoop.h"
+#include "X11/DesktopTest.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace sallowmere {
+namespace {
+
+/// A window that no window manager looks after, all over the place where other windows come up, and
+/// what keeps it above them and gives it the keyboard.
+class PanelWindowTest : public DesktopTest {
+protected:
+    void SetUp() override {
+        DesktopTest::SetUp();
+        if (IsSkipped() || HasFatalFailure()) {
+            return;
+        }
+        loop.emplace();
+        events.emplace(desktop().server.display());
+        window = desktop().client.showUnmanaged();
+        const std::uint32_t everywhere[] = {0, 0, 4'000, 4'000};
+        xcb_configure_window(client().xcb(), window,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
+                                 | XCB_CONFIG_WINDOW_HEIGHT,
+                             everywhere);
+        client().sync();
+        guard.emplace(*events, desktop().connection, window);
+        keyboard.emplace(*events, desktop().connection, window, PanelKeyboard::Server::x11);
+        QObject::connect(&*keyboard, &PanelKeyboard::heldChanged, &*keyboard,
+                         [this](bool held) { changes.push_back(held); });
+    }
+
+    void TearDown() override {
+        keyboard.reset();
+        guard.reset();
+        events.reset();
+        loop.reset();
+        DesktopTest::TearDown();
+    }
+
+    XClient& client() { return desktop().client; }
+
+    /// Where it stands among its siblings, from the bottom.
+    std::size_t placeOf(xcb_window_t sought) {
+        xcb_query_tree_reply_t* tree = xcb_query_tree_reply(
+            client().xcb(), xcb_query_tree(client().xcb(), client().root()), nullptr);
+        const xcb_window_t* begin = xcb_query_tree_children(tree);
+        const xcb_window_t* end = begin + xcb_query_tree_children_length(tree);
+        const auto place = static_cast<std::size_t>(std::find(begin, end, sought) - begin);
+        free(tree);
+        return place;
+    }
+
+    /// The window that lies directly on the desktop and holds this one.
+    xcb_window_t frameOf(xcb_window_t inner) {
+        xcb_window_t frame = inner;
+        while (client().parentOf(frame) != client().root()) {
+            frame = client().parentOf(frame);
+        }
+        return frame;
+    }
+
+    bool isAbove(xcb_window_t other) { return placeOf(window) > placeOf(frameOf(other)); }
+
+    void raise(xcb_window_t raised) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(client().xcb(), raised, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        client().sync();
+    }
+
+    xcb_window_t showManaged() {
+        const xcb_window_t managed = client().createWindow();
+        client().show(managed);
+        return managed;
+    }
+
+    void take() {
+        keyboard->take();
+        ASSERT_TRUE(EventLoop::runUntil([this] { return keyboard->isHeld(); }));
+    }
+
+    void losesIt() {
+        ASSERT_TRUE(EventLoop::runUntil([this] { return !keyboard->isHeld(); }));
+    }
+
+    std::optional<EventLoop> loop;
+    std::optional<X11Events> events;
+    std::optional<StackingGuard> guard;
+    std::optional<PanelKeyboard> keyboard;
+    xcb_window_t window = XCB_NONE;
+    std::vector<bool> changes;
+};
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_P(PanelWindowTest, ComesBackAboveAWindowThatCoversIt) {
+    const xcb_window_t other = showManaged();
+    raise(frameOf(other));
+    EXPECT_TRUE(EventLoop::runUntil([&] { return isAbove(other); }));
+}
+
+TEST_P(PanelWindowTest, StaysBelowMenusAndScreenLockers) {
+    const xcb_window_t menu = client().showUnmanaged();
+    ASSERT_LT(placeOf(window), placeOf(menu));
+    // Comes later, and has been dealt with once the panel is above it.
+    const xcb_window_t other = showManaged();
+    raise(menu);
+    raise(frameOf(other));
+    ASSERT_TRUE(EventLoop::runUntil([&] { return isAbove(other); }));
+    raise(menu);
+    raise(frameOf(other));
+    EXPECT_TRUE(EventLoop::runUntil([&] { return isAbove(other); }));
+}
+
+TEST_P(PanelWindowTest, TakesTheKeyboardAndGivesItBack) {
+    Terminal& xterm = desktop().addXterm("one");
+    const xcb_window_t owner = client().focus();
+    take();
+    EXPECT_EQ(client().focus(), window);
+    EXPECT_EQ(keyboard->frontmost(), owner);
+
+    keyboard->handTo(owner);
+    losesIt();
+    EXPECT_EQ(client().focus(), owner);
+    EXPECT_THAT(changes, ElementsAre(true, false));
+    EXPECT_EQ(desktop().received(xterm), "");
+}
+
+TEST_P(PanelWindowTest, TakingItAgainIsNothingNew) {
+    desktop().addXterm("one");
+    const xcb_window_t owner = client().focus();
+    take();
+    keyboard->take();
+    EXPECT_EQ(keyboard->frontmost(), owner);
+    EXPECT_THAT(changes, ElementsAre(true));
+}
+
+TEST_P(PanelWindowTest, LosesItToAWindowThatTheUserChooses) {
+    Terminal& xterm = desktop().addXterm("one");
+    take();
+    client().setFocus(xterm.window);
+    losesIt();
+    EXPECT_THAT(changes, ElementsAre(true, false));
+}
+
+TEST_P(PanelWindowTest, AGrabDoesNotCountAsALoss) {
+    desktop().addXterm("one");
+    take();
+    ASSERT_TRUE(client().grabKeyboard());
+    client().ungrabKeyboard();
+    client().sync();
+    keyboard->handTo(std::nullopt);
+    losesIt();
+    EXPECT_THAT(changes, ElementsAre(true, false));
+}
+
+TEST_P(PanelWindowTest, GivesItToTheActiveWindowWhenTheOwnerHasGone) {
+    Terminal& stays = desktop().addXterm("stays");
+    Terminal& goes = desktop().addXterm("goes");
+    const xcb_window_t owner = client().focus();
+    take();
+    desktop().close(goes);
+    client().activate(stays.window);
+    losesIt();
+    take();
+
+    keyboard->handTo(owner);
+    losesIt();
+    EXPECT_TRUE(client().hasFocus(stays.window));
+}
+
+TEST_P(PanelWindowTest, NeverKeepsItWhenThereIsNobodyToHaveIt) {
+    take();
+    keyboard->handTo(std::nullopt);
+    losesIt();
+    EXPECT_NE(client().focus(), window);
+}
+
+TEST_P(PanelWindowTest, UnderXWaylandAHelperGetsItInItsPlace) {
+    keyboard.emplace(*events, desktop().connection, window, PanelKeyboard::Server::xwayland);
+    EXPECT_TRUE(keyboard->needsGrab());
+    const std::size_t before = placeOf(XCB_NONE);
+    keyboard->take();
+    EXPECT_EQ(placeOf(XCB_NONE), before + 1);
+    keyboard->handTo(std::nullopt);
+    EXPECT_TRUE(EventLoop::runUntil([&] { return placeOf(XCB_NONE) == before; }));
+}
+
+TEST_P(PanelWindowTest, NothingHappensOnceTheServerHasGone) {
+    desktop().server.kill();
+    ASSERT_TRUE(EventLoop::runUntil([this] { return !desktop().connection.isAlive(); }));
+    keyboard->take();
+    keyboard->handTo(std::nullopt);
+    EXPECT_FALSE(keyboard->isHeld());
+    EXPECT_FALSE(hasCompositor(desktop().connection));
+    EXPECT_THAT(changes, IsEmpty());
+}
+
+TEST_P(PanelWindowTest, ACompositorIsNoticedWhenItComesAndGoes) {
+    int noticed = 0;
+    QObject::connect(&*events, &X11Events::compositorChanged, &*events, [&] { ++noticed; });
+    XClient compositor(desktop().server.display());
+    const xcb_atom_t selection = compositor.atom("_NET_WM_CM_S0");
+    const xcb_window_t owner = compositor.createWindow();
+    xcb_set_selection_owner(compositor.xcb(), owner, selection, XCB_CURRENT_TIME);
+    compositor.sync();
+    EXPECT_TRUE(EventLoop::runUntil([&] { return noticed == 1; }));
+    EXPECT_TRUE(hasCompositor(desktop().connection));
+
+    xcb_destroy_window(compositor.xcb(), owner);
+    compositor.sync();
+    EXPECT_TRUE(EventLoop::runUntil([&] { return noticed == 2; }));
+    EXPECT_FALSE(hasCompositor(desktop().connection));
+}
+
+ON_EACH_WINDOW_MANAGER(PanelWindowTest);
+
+} // namespace
+} // namespace sallowmere
