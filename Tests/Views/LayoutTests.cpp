@@ -132,11 +132,11 @@ TEST_F(Layout, MovesNothingWhenFiguresChange) {
     showOpen({working()});
     const QRectF chip = placeOf("chip");
     const QRectF weekly = placeOf("weekly");
-    for (const double cpu : {11.0, 48.0, 77.0}) {
+    for (const double cpu : {4.0, 11.0, 48.0}) {
         SessionInfo changed = working();
         changed.process->cpuPercent = cpu;
         UsageSnapshot figures = usage();
-        figures.weekly.weightedTokens = 3.5e6 * cpu;
+        figures.weekly.weightedTokens = 3.5e6 * (cpu + 10);
         stage.scan({changed});
         stage.state().setUsage(figures);
         stage.settle();
@@ -183,6 +183,16 @@ TEST_F(Layout, OfDetailsIsBelowTheirRow) {
     EXPECT_EQ(placeOf("session", 1).top(), placeOf("session", 0).bottom());
     EXPECT_EQ(placeOf("logDot").size(), QSizeF(5, 5));
     EXPECT_EQ(placeOf("logDot").left(), placeOf("log").left() + 4.5);
+}
+
+TEST_F(Layout, KeepsTheTerminalButtonBesideTheField) {
+    showDetails(detailed(false));
+    EXPECT_EQ(placeOf("terminal").center().y(), placeOf("prompt").center().y());
+    stage.model().sendPrompt("work", "go");
+    stage.settle();
+    EXPECT_TRUE(hand.has("promptState"));
+    EXPECT_EQ(placeOf("terminal").center().y(), placeOf("prompt").center().y());
+    EXPECT_LT(placeOf("prompt").right(), placeOf("terminal").left());
 }
 
 TEST_F(Layout, HasDotsOfTheirSizes) {

@@ -64,6 +64,7 @@ Rectangle {
     PlainText {
         id: words
 
+        objectName: "helpWords"
         x: 8
         y: 4
         width: Math.min(implicitWidth, tip.parent.width - 2 * tip.edge - 16)

@@ -18,6 +18,7 @@ Menu {
     bottomMargin: 32
 
     background: Rectangle {
+        objectName: "menuGround"
         implicitWidth: 168
         radius: Theme.controlRadius
         color: Theme.grey(0.14)
@@ -26,6 +27,7 @@ Menu {
     }
 
     PanelMenuItem {
+        objectName: "pinItem"
         text: menu.panel.pinned ? "Unpin" : "Pin open"
         onTriggered: menu.panel.togglePin()
     }
@@ -37,6 +39,7 @@ Menu {
         }
     }
     PanelMenuItem {
+        objectName: "quitItem"
         text: "Quit Sallowmere"
         onTriggered: menu.panel.quit()
     }

@@ -22,10 +22,11 @@ AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : help
     Accessible.description: help
+    Accessible.onPressAction: clicked()
     onWantedHelpChanged: Help.say(area, wantedHelp)
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: area.radius

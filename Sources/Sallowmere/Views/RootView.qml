@@ -15,9 +15,17 @@ Item {
     readonly property real sideMargin: 22
     readonly property real bottomMargin: 28
     readonly property Item focused: Window.activeFocusItem
-    /// The keyboard is on a control.
-    readonly property bool isTyping: Keyboard.isHeld && focused !== null && focused !== root
-                                     && focused !== Window.contentItem
+    /// The keyboard is on a control, or on the open menu, which is none of ours to the window.
+    readonly property bool isTyping: Keyboard.isHeld && focused !== null && focused.visible
+                                     && (focused.activeFocusOnTab || !holds(focused))
+
+    function holds(item: Item): bool {
+        let ancestor = item
+        while (ancestor && ancestor !== root) {
+            ancestor = ancestor.parent
+        }
+        return ancestor === root || item === Window.contentItem
+    }
 
     function leaveControls(): void {
         forceActiveFocus()

@@ -55,7 +55,7 @@ Item {
                 anchors.left: parent.left
                 anchors.right: terminal.left
                 anchors.rightMargin: 16
-                anchors.verticalCenter: parent.verticalCenter
+                y: (parent.height - height) / 2
                 spacing: 4
 
                 PlainText {
@@ -97,7 +97,8 @@ Item {
 
                 objectName: "terminal"
                 anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
+                // Beside the field rather than beside what is said below it.
+                y: detail.entry.hasProcess ? (parent.height - height) / 2 : 2
                 height: 28
                 width: Math.min(implicitWidth, parent.width / 3)
                 text: detail.entry.terminal
