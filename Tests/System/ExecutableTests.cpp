@@ -79,9 +79,16 @@ TEST(Executable, PrintsNoReportForAnotherWord) {
     for (const char* word : {"--DUMP", "-dump", "dump", "--dump=1", "--dump ", ""}) {
         const Outcome outcome = runSallowmere(home.path(), {word});
         EXPECT_EQ(outcome.output, "") << word;
-        EXPECT_EQ(outcome.exitStatus, 1) << word;
     }
     EXPECT_EQ(runSallowmere(home.path(), {}).output, "");
+}
+
+TEST(Executable, SaysWhatItCanDoWithoutADisplay) {
+    const TemporaryHome home;
+    const Outcome outcome = runSallowmere(home.path(), {});
+    EXPECT_EQ(outcome.errors, "sallowmere: there is no display to show the panel on; --dump prints "
+                              "a report instead\n");
+    EXPECT_EQ(outcome.exitStatus, 1);
 }
 
 TEST(Executable, ReportsAnEmptyHomeInThreeLines) {
