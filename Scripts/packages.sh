@@ -8,10 +8,10 @@
 # shellcheck disable=SC2034 # For the scripts that source this one.
 {
     packagesToBuild=(
-        cmake g++ libcanberra-dev libgl-dev libqt6svg6-dev libsecret-1-dev libsimdjson-dev
+        cmake g++ libcanberra-dev libgl-dev libsecret-1-dev libsimdjson-dev
         libvulkan-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-res0-dev libxcb-xfixes0-dev
         libxcb-xtest0-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev ninja-build pkgconf
-        qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools xkb-data)
+        qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev xkb-data)
     packagesToRun=(
         libcanberra-pulse procps qml6-module-qtqml qml6-module-qtqml-models
         qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls

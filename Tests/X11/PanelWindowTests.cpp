@@ -138,6 +138,7 @@ TEST_P(PanelWindowTest, TakesTheKeyboardAndGivesItBack) {
 TEST_P(PanelWindowTest, TakingItAgainIsNothingNew) {
     desktop().addXterm("one");
     const xcb_window_t owner = client().focus();
+    keyboard->take();
     take();
     keyboard->take();
     EXPECT_EQ(keyboard->frontmost(), owner);

@@ -59,10 +59,14 @@ void PanelKeyboard::setHeld(bool held) {
 }
 
 void PanelKeyboard::take() {
-    if (isHeld_ || !connection_.isAlive()) {
+    if (isHeld_ || helper_ != XCB_NONE || !connection_.isAlive()) {
         return;
     }
     const xcb_window_t owner = focused();
+    if (owner == window_) {
+        // Asked for twice, before the server told that it is there.
+        return;
+    }
     previous_ = owner > XCB_INPUT_FOCUS_POINTER_ROOT ? std::optional(owner) : std::nullopt;
     if (server_ == Server::xwayland) {
         showHelper();

@@ -31,6 +31,12 @@ Item {
     }
 
     onFocusedChanged: reveal(focused)
+    onVisibleChanged: {
+        if (!visible) {
+            menu.close()
+            scroll.contentY = 0
+        }
+    }
     onNaturalHeightChanged: panel.setContentHeight(naturalHeight)
     Component.onCompleted: panel.setContentHeight(naturalHeight)
 
@@ -92,6 +98,7 @@ Item {
         acceptedButtons: Qt.RightButton
         onTapped: point => {
             Help.hush()
+            menu.returnTo = expanded.focused
             menu.popup(point.position)
         }
     }

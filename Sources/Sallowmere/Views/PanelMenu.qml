@@ -9,6 +9,8 @@ Menu {
     id: menu
 
     required property PanelModel panel
+    /// What has the focus again once the menu is closed.
+    property Item returnTo: null
 
     padding: 4
     // Within the black ground, beyond which a screen may show nothing.
@@ -16,6 +18,12 @@ Menu {
     leftMargin: 26
     rightMargin: 26
     bottomMargin: 32
+
+    onClosed: {
+        if (returnTo && Keyboard.isHeld) {
+            returnTo.forceActiveFocus()
+        }
+    }
 
     background: Rectangle {
         objectName: "menuGround"

@@ -39,6 +39,10 @@ PanelView::PanelView(PanelModel& model, const NotchMetrics& metrics, double wing
                           {QStringLiteral("barHeight"), metrics.barHeight},
                           {QStringLiteral("hasNotch"), metrics.hasNotch}});
     setSource(QUrl(QStringLiteral("qrc:/Sallowmere/RootView.qml")));
+    // The bar is not kept waiting for it.
+    const auto prepare = [this] { rootObject()->setProperty("isPrepared", true); };
+    connect(this, &QQuickWindow::frameSwapped, this, prepare,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void PanelView::setMetrics(const NotchMetrics& metrics) {

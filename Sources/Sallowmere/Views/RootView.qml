@@ -14,6 +14,10 @@ Item {
     required property bool hasNotch
     readonly property real sideMargin: 22
     readonly property real bottomMargin: 28
+    readonly property real listWidth: 620
+    /// Whether the list is there before it is shown, and stays after it: the panel opens at once
+    /// then.
+    property bool isPrepared: false
     readonly property Item focused: Window.activeFocusItem
     /// The keyboard is on a control, or on the open menu, which is none of ours to the window.
     readonly property bool isTyping: Keyboard.isHeld && focused !== null && focused.visible
@@ -56,9 +60,26 @@ Item {
         lowerRadius: root.panel.expanded ? Theme.panelRadius : 10
         hasShadow: root.panel.expanded
 
-        Loader {
+        Item {
             anchors.fill: parent
-            sourceComponent: root.panel.expanded ? expanded : collapsed
+            clip: true
+
+            Loader {
+                anchors.fill: parent
+                visible: !root.panel.expanded
+                sourceComponent: collapsed
+            }
+            Loader {
+                id: list
+
+                // As wide as it is going to be, so that nothing in it moves while the panel grows.
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: root.listWidth
+                height: parent.height
+                visible: root.panel.expanded
+                active: root.isPrepared || visible
+                sourceComponent: expanded
+            }
         }
         HelpTip {
         }

@@ -16,6 +16,9 @@ namespace sallowmere {
 
 namespace {
 
+/// Milliseconds.
+constexpr int firstStep = 16;
+
 QEasingCurve easeOut() {
     QEasingCurve curve(QEasingCurve::BezierSpline);
     curve.addCubicBezierSegment({0, 0}, {0.58, 1}, {1, 1});
@@ -87,6 +90,8 @@ void X11NotchPanel::setFrame(const Rect& frame, double seconds) {
     }
     movement_.setDuration(qRound(seconds * 1'000));
     movement_.start();
+    // The first step is taken now: where it begins it is already.
+    movement_.setCurrentTime(firstStep);
 }
 
 void X11NotchPanel::place(const Rect& frame) {
