@@ -7,6 +7,7 @@
 #include "EndToEnd/AccessibleTree.h"
 #include "X11/WaitFor.h"
 
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 
@@ -155,6 +156,12 @@ Control AccessibleTree::find(const std::string& name, const std::string& role) c
 
 bool AccessibleTree::isShown(const std::string& name, const std::string& role) const {
     return findShown(name, role, nullptr);
+}
+
+bool AccessibleTree::isDescribed(const std::string& description) const {
+    const std::vector<Control> controls = shown();
+    return std::any_of(controls.begin(), controls.end(),
+                       [&](const Control& control) { return control.description == description; });
 }
 
 void AccessibleTree::waitUntilGone(const std::string& name, const std::string& role) const {

@@ -42,6 +42,8 @@ public:
     /// The first that is shown with that name, and role unless that is empty; waits for it.
     Control find(const std::string& name, const std::string& role = {}) const;
     bool isShown(const std::string& name, const std::string& role = {}) const;
+    /// Whether something with that description is shown.
+    bool isDescribed(const std::string& description) const;
     /// Waits until there is none.
     void waitUntilGone(const std::string& name, const std::string& role = {}) const;
 

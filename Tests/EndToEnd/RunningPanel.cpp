@@ -25,8 +25,9 @@ Command panelCommand(const LiveHome& home, const Buses& buses, const std::string
                     variables,
                     directory};
     const std::vector<std::string> usual{
-        "HOME=" + directory, "XDG_RUNTIME_DIR=" + directory + "/run", "PATH=/usr/bin:/bin",
-        "LANG=C.UTF-8",      "QT_QPA_PLATFORM=xcb",          "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
+        "HOME=" + directory,   "XDG_RUNTIME_DIR=" + directory + "/run",
+        "PATH=/usr/bin:/bin",  "LANG=C.UTF-8",
+        "QT_QPA_PLATFORM=xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
     command.environment.insert(command.environment.end(), usual.begin(), usual.end());
     command.environment.insert(command.environment.end(), buses.variables().begin(),
                                buses.variables().end());
@@ -94,7 +95,7 @@ Box PanelWindow::box() const {
 }
 
 bool PanelWindow::isExpanded() const {
-    return box().width == expandedWidth;
+    return Windows::geometry(client_, window_).width == expandedWidth;
 }
 
 bool PanelWindow::isCollapsed() const {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "EndToEnd/RunningSession.h"
 
+#include "X11/WaitFor.h"
+
 namespace sallowmere {
 
 void RunningSession::SetUp() {
@@ -13,7 +15,8 @@ void RunningSession::SetUp() {
     desk().startPanel();
     panel().enter();
     panel().tree().find("Lantern notes, working");
-    panel().tree().find("XTerm", "push button");
+    const std::string running = "claude running · pid " + std::to_string(assistant().inside);
+    waitFor(running, [&] { return panel().tree().isDescribed(running); });
     panel().leave();
 }
 

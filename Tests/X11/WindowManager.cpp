@@ -72,7 +72,7 @@ std::string WindowManager::name(Kind kind) {
     return {};
 }
 
-WindowManager::WindowManager(Kind kind, const XServer& server, XClient& client) {
+WindowManager::WindowManager(Kind kind, const XServer& server, XClient& client) : kind_(kind) {
     start(kind, server);
     waitFor(name(kind), [&] { return managerName(client) == name(kind); });
     if (kind == Kind::xfwm4) {
@@ -80,8 +80,10 @@ WindowManager::WindowManager(Kind kind, const XServer& server, XClient& client) 
     }
     // It gives its name before it is ready, and overlooks windows that come meanwhile.
     if (kind == Kind::i3) {
-        // It has no desktop that nothing is on.
-        client.settle();
+        // It has no desktop that nothing is on, but tells who asks.
+        waitFor("its answer", [&] {
+            return run(server.command({"/usr/bin/i3-msg", "-q", "nop"})).exitStatus == 0;
+        });
     } else {
         client.showDesktop(1);
         client.showDesktop(0);
@@ -125,7 +127,8 @@ void WindowManager::startXfwm4(const XServer& server) {
 
 void WindowManager::startI3(const XServer& server) {
     // The keyboard goes where it was sent, not where the pointer happens to be.
-    const std::string configuration = server.home().write("i3", "focus_follows_mouse no\n");
+    const std::string configuration =
+        server.home().write("i3", "# i3 config file (v4)\nfocus_follows_mouse no\n");
     process_ = std::make_unique<ChildProcess>(server.command({"/usr/bin/i3", "-c", configuration}));
 }
 
@@ -145,6 +148,15 @@ void WindowManager::startOnBus(const XServer& server,
                                  "NO_AT_BRIDGE=1", "GSETTINGS_BACKEND=memory"};
     all.insert(all.end(), variables.begin(), variables.end());
     process_ = std::make_unique<ChildProcess>(server.command(programAndArguments, all));
+}
+
+void WindowManager::showEmptyWorkspace(const XServer& server, XClient& client) const {
+    if (kind_ == Kind::i3) {
+        server.run({"/usr/bin/i3-msg", "workspace", "2"});
+        waitFor("another workspace", [&] { return client.desktop() != 0; });
+    } else {
+        client.showDesktop(1);
+    }
 }
 
 void WindowManager::stop() {

@@ -26,6 +26,9 @@ public:
     WindowManager(const WindowManager&) = delete;
     WindowManager& operator=(const WindowManager&) = delete;
 
+    /// Shows another workspace, one that nothing is on, and waits until it is shown.
+    void showEmptyWorkspace(const XServer& server, XClient& client) const;
+
     /// It does not do anything until it goes on.
     void stop();
     void goOn();
@@ -41,6 +44,7 @@ private:
     void startOnBus(const XServer& server, const std::vector<std::string>& programAndArguments,
                     const std::vector<std::string>& variables);
 
+    Kind kind_;
     std::unique_ptr<ChildProcess> bus_;
     std::unique_ptr<ChildProcess> process_;
 };
