@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/Bars.h"
 
+#include "Platform/X11/XcbMemory.h"
+
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <limits>
-#include <span>
 
 namespace sallowmere {
 
@@ -24,14 +26,50 @@ void add(std::vector<Bar>& found, xcb_window_t window, Bar::Edge edge, std::uint
     }
 }
 
-void addBarsOf(xcb_window_t window, X11Connection& connection, std::vector<Bar>& found) {
-    xcb_ewmh_wm_strut_partial_t strut{};
-    if (xcb_ewmh_get_wm_strut_partial_reply(
-            connection.ewmh(), xcb_ewmh_get_wm_strut_partial(connection.ewmh(), window), &strut,
-            nullptr)
-        == 0) {
-        return;
+using Windows = std::vector<xcb_window_t>;
+
+void addChildren(xcb_connection_t* connection, const Windows& parents, Windows& children) {
+    std::vector<xcb_query_tree_cookie_t> questions;
+    std::transform(
+        parents.begin(), parents.end(), std::back_inserter(questions),
+        [&](xcb_window_t parent) { return xcb_query_tree_unchecked(connection, parent); });
+    for (const xcb_query_tree_cookie_t question : questions) {
+        const XcbMemory<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, question, nullptr));
+        if (tree) {
+            const xcb_window_t* first = xcb_query_tree_children(tree.get());
+            children.insert(children.end(), first,
+                            first + xcb_query_tree_children_length(tree.get()));
+        }
     }
+}
+
+void addManaged(X11Connection& connection, Windows& windows) {
+    xcb_ewmh_get_windows_reply_t clients{};
+    if (xcb_ewmh_get_client_list_reply(
+            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
+            &clients, nullptr)
+        != 0) {
+        windows.insert(windows.end(), clients.windows, clients.windows + clients.windows_len);
+        xcb_ewmh_get_windows_reply_wipe(&clients);
+    }
+}
+
+/// All that may be bars. Not every window manager lists those among its windows, so the windows on
+/// the desktop and in frames on it count too.
+Windows candidates(X11Connection& connection) {
+    Windows onDesktop;
+    addChildren(connection.xcb(), {connection.root()}, onDesktop);
+    Windows all = onDesktop;
+    addChildren(connection.xcb(), onDesktop, all);
+    addManaged(connection, all);
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    return all;
+}
+
+void addBars(xcb_window_t window, const xcb_ewmh_wm_strut_partial_t& strut,
+             std::vector<Bar>& found) {
     add(found, window, Bar::Edge::left, strut.left, strut.left_start_y, strut.left_end_y);
     add(found, window, Bar::Edge::right, strut.right, strut.right_start_y, strut.right_end_y);
     add(found, window, Bar::Edge::top, strut.top, strut.top_start_x, strut.top_end_x);
@@ -41,16 +79,19 @@ void addBarsOf(xcb_window_t window, X11Connection& connection, std::vector<Bar>&
 } // namespace
 
 std::vector<Bar> bars(X11Connection& connection) {
+    const Windows windows = candidates(connection);
+    std::vector<xcb_get_property_cookie_t> questions;
+    std::transform(windows.begin(), windows.end(), std::back_inserter(questions),
+                   [&](xcb_window_t window) {
+                       return xcb_ewmh_get_wm_strut_partial_unchecked(connection.ewmh(), window);
+                   });
     std::vector<Bar> found;
-    xcb_ewmh_get_windows_reply_t clients{};
-    if (xcb_ewmh_get_client_list_reply(
-            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
-            &clients, nullptr)
-        != 0) {
-        for (const xcb_window_t window : std::span(clients.windows, clients.windows_len)) {
-            addBarsOf(window, connection, found);
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        xcb_ewmh_wm_strut_partial_t strut{};
+        if (xcb_ewmh_get_wm_strut_partial_reply(connection.ewmh(), questions[i], &strut, nullptr)
+            != 0) {
+            addBars(windows[i], strut, found);
         }
-        xcb_ewmh_get_windows_reply_wipe(&clients);
     }
     return found;
 }

@@ -24,7 +24,7 @@ struct Bar {
     bool operator==(const Bar&) const = default;
 };
 
-/// Those that the window manager knows of. `connection` must be alive.
+/// Those on the desktop now, in no special order. `connection` must be alive.
 std::vector<Bar> bars(X11Connection& connection);
 
 /// A part of the desktop in pixels, from its upper left corner.

@@ -3,17 +3,20 @@
 #include "Platform/X11/X11Screens.h"
 
 #include "Platform/Linux/NotchedLaptops.h"
-#include "Platform/X11/Bars.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <chrono>
 #include <cmath>
 #include <utility>
 
 namespace sallowmere {
 
 namespace {
+
+/// Until a window that comes up, and its properties, are all there.
+constexpr std::chrono::milliseconds settlingTime(20);
 
 /// Where our y of 0 lies for Qt.
 double ground() {
@@ -59,7 +62,10 @@ X11Screens::X11Screens(X11Events& events, X11Connection& connection, std::string
         follow(screen);
     }
     connect(&events, &X11Events::arrived, this, &X11Screens::notice);
-    watchBars();
+    barsChanged_.setSingleShot(true);
+    barsChanged_.setInterval(settlingTime);
+    connect(&barsChanged_, &QTimer::timeout, this, &X11Screens::readBars);
+    readBars();
 }
 
 void X11Screens::follow(QScreen* screen) {
@@ -68,36 +74,39 @@ void X11Screens::follow(QScreen* screen) {
 }
 
 void X11Screens::notice(const xcb_generic_event_t* event) {
-    const auto* change = eventOf<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
-    if (change == nullptr || !connection_.isAlive()) {
-        return;
-    }
-    const xcb_ewmh_connection_t& names = *connection_.ewmh();
-    const bool isListOfWindows =
-        change->window == connection_.root()
-        && (change->atom == names._NET_CLIENT_LIST || change->atom == names._NET_WORKAREA);
-    const bool isBar =
-        change->window != connection_.root() && (change->atom == names._NET_WM_STRUT_PARTIAL);
-    if (isListOfWindows) {
-        watchBars();
-    }
-    if (isListOfWindows || isBar) {
-        announceChange();
+    if (isAboutBars(event) && !barsChanged_.isActive()) {
+        barsChanged_.start();
     }
 }
 
-void X11Screens::watchBars() {
-    if (connection_.isAlive()) {
-        for (const Bar& bar : bars(connection_)) {
-            events_.watchProperties(bar.window);
-        }
+bool X11Screens::isAboutBars(const xcb_generic_event_t* event) const {
+    const auto* property = eventOf<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
+    if (property != nullptr) {
+        const xcb_ewmh_connection_t& names = *connection_.ewmh();
+        return property->atom == names._NET_CLIENT_LIST || property->atom == names._NET_WORKAREA
+               || property->atom == names._NET_WM_STRUT_PARTIAL;
+    }
+    return eventOf<xcb_map_notify_event_t>(event, XCB_MAP_NOTIFY) != nullptr
+           || eventOf<xcb_unmap_notify_event_t>(event, XCB_UNMAP_NOTIFY) != nullptr
+           || eventOf<xcb_destroy_notify_event_t>(event, XCB_DESTROY_NOTIFY) != nullptr;
+}
+
+void X11Screens::readBars() {
+    if (!connection_.isAlive()) {
+        return;
+    }
+    std::vector<Bar> found = bars(connection_);
+    for (const Bar& bar : found) {
+        events_.watchProperties(bar.window);
+    }
+    if (std::exchange(bars_, std::move(found)) != bars_) {
+        announceChange();
     }
 }
 
 Screen X11Screens::describe(const QScreen& screen) const {
     const PixelArea area = pixels(screen);
-    const PixelArea rest =
-        connection_.isAlive() ? without(bars(connection_), area, wholeDesktop()) : area;
+    const PixelArea rest = without(bars_, area, wholeDesktop());
     Screen described{fromQt(screen.geometry()), fromQt(fromPixels(rest, screen)), 0, {}, {}};
     const auto notch = NotchedLaptops::notchOf(laptopModel_, screen.name().toStdString(),
                                                area.right - area.left, area.bottom - area.top);

@@ -3,13 +3,16 @@
 #pragma once
 
 #include "Platform/Screens.h"
+#include "Platform/X11/Bars.h"
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11Events.h"
 
 #include <QObject>
 #include <QRect>
+#include <QTimer>
 
 #include <string>
+#include <vector>
 
 class QScreen;
 
@@ -35,11 +38,15 @@ private:
     Screen describe(const QScreen& screen) const;
     void follow(QScreen* screen);
     void notice(const xcb_generic_event_t* event);
-    void watchBars();
+    bool isAboutBars(const xcb_generic_event_t* event) const;
+    void readBars();
 
     X11Events& events_;
     X11Connection& connection_;
     const std::string laptopModel_;
+    std::vector<Bar> bars_;
+    /// So that much that happens at once is looked at once.
+    QTimer barsChanged_;
 };
 
 } // namespace sallowmere

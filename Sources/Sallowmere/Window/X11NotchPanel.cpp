@@ -30,6 +30,15 @@ Rect between(const Rect& from, const Rect& to, double share) {
             std::lerp(from.width, to.width, share), std::lerp(from.height, to.height, share)};
 }
 
+xcb_connection_t* connectionOfQt() {
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+}
+
+/// Qt leaves what it asks for lying until it draws or waits for events again.
+void flush() {
+    xcb_flush(connectionOfQt());
+}
+
 bool isXWayland(X11Connection& connection) {
     constexpr std::string_view name = "XWAYLAND";
     return connection.hasExtension(name)
@@ -55,6 +64,7 @@ X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& 
     });
     // By then the views are as large as the window.
     connect(&view_, &QQuickWindow::frameSwapped, this, &X11NotchPanel::cutCorners);
+    cutCorners();
     movement_.setEasingCurve(easeOut());
     movement_.setStartValue(0.0);
     movement_.setEndValue(1.0);
@@ -70,8 +80,7 @@ void X11NotchPanel::createWindow() {
     view_.create();
     // A window of no type would get the keyboard under XWayland. On Qt's own connection, behind
     // what makes the window.
-    xcb_connection_t* qt =
-        qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    xcb_connection_t* qt = connectionOfQt();
     const xcb_ewmh_connection_t& names = *connection_.ewmh();
     xcb_change_property(qt, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(view_.winId()),
                         names._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, 32, 1,
@@ -103,6 +112,7 @@ void X11NotchPanel::cutCorners() {
     const QRegion shape = isComposited_ ? QRegion() : view_.opaqueShape();
     if (view_.mask() != shape) {
         view_.setMask(shape);
+        flush();
     }
 }
 
@@ -124,6 +134,7 @@ void X11NotchPanel::activate(std::optional<FrontApplication> application) {
 void X11NotchPanel::keyChanged(bool isKey) {
     if (keyboard_->needsGrab()) {
         view_.setKeyboardGrabEnabled(isKey);
+        flush();
     }
     view_.keyboard().setHeld(isKey);
     const auto& tell = isKey ? observer_.becameKey : observer_.resignedKey;
