@@ -8,11 +8,40 @@
 namespace sallowmere {
 namespace {
 
+constexpr std::uint32_t yellow = 0xFFFF00;
+constexpr std::uint32_t black = 0x000000;
+
 /// What of the panel is seen, and how large.
 class Look : public EndToEndTest {
 protected:
     PanelWindow& panel() { return *desk().panel; }
+
+    void waitForPixel(int x, int y, std::uint32_t color) {
+        waitFor("a colour at " + std::to_string(x) + ',' + std::to_string(y),
+                [&] { return Windows::pixel(desk().client, x, y) == color; });
+    }
 };
+
+TEST_F(Look, WithoutACompositorTheCornersAreCutOut) {
+    sitDown(WindowManager::Kind::openbox);
+    Display(desk().client).paintGround(yellow);
+    desk().startPanel();
+    waitFor("the bar to be cut",
+            [&] { return Windows::isShaped(desk().client, panel().window()); });
+    const Box bar = panel().box();
+    waitForPixel(bar.x, bar.bottom() - 1, yellow);
+    waitForPixel(bar.right() - 1, bar.bottom() - 1, yellow);
+    waitForPixel(bar.x, bar.y, black);
+
+    panel().enter();
+    const Box window = Windows::geometry(desk().client, panel().window());
+    // The shadow's margins are not there either.
+    const Box list{window.x + 22, window.y, window.width - 44, window.height - 28};
+    waitFor("the shape of the list", [&] { return panel().box() == list; });
+    waitForPixel(list.x, list.bottom() - 1, yellow);
+    waitForPixel(list.x - 1, list.y + 40, yellow);
+    waitForPixel(list.x + 40, list.bottom() - 2, black);
+}
 
 TEST_F(Look, WithACompositorItIsTransparentInstead) {
     sitDown(WindowManager::Kind::xfwm4);

@@ -127,8 +127,13 @@ void PanelWindow::waitForRest() const {
 
 void PanelWindow::enter() const {
     const Box bar = box();
-    user_.moveTo(bar.x + bar.width / 2, bar.y + collapsedHeight / 2);
-    waitUntilExpanded();
+    int step = 0;
+    waitFor("the panel to expand under the pointer", [&] {
+        // A hand is never quite still; a compositor that has just started overlooks its first
+        // moves.
+        user_.moveTo(bar.x + bar.width / 2 + step++ % 8, bar.y + collapsedHeight / 2);
+        return isExpanded();
+    });
     waitForRest();
 }
 

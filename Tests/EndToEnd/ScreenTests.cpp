@@ -27,11 +27,7 @@ TEST_P(Screens, ThePanelFollowsAnotherMode) {
     waitForBarAt(barIn(0, 800));
 }
 
-UNDER_EACH_WINDOW_MANAGER(Screens);
-
-class Bars : public Screens {};
-
-TEST_P(Bars, ThePanelHangsBelowABarThatComesAndGoes) {
+TEST_P(Screens, ThePanelHangsBelowABarThatComesAndGoes) {
     Display display(client());
     const xcb_window_t bar = display.showBar(24);
     waitForBarAt(barIn(0, 1'024, 24));
@@ -42,10 +38,7 @@ TEST_P(Bars, ThePanelHangsBelowABarThatComesAndGoes) {
     waitForBarAt(barIn(0, 1'024));
 }
 
-INSTANTIATE_TEST_SUITE_P(, Bars,
-                         testing::Values(WindowManager::Kind::openbox, WindowManager::Kind::xfwm4,
-                                         WindowManager::Kind::kwin, WindowManager::Kind::mutter),
-                         [](const auto& instance) { return WindowManager::name(instance.param); });
+UNDER_EACH_WINDOW_MANAGER(Screens);
 
 /// Without a window manager's part in it.
 class Monitors : public EndToEndTest {

@@ -44,6 +44,16 @@ Terminal& Terminals::startXterm(const std::string& title, const std::string& rec
     return terminal;
 }
 
+Terminal& Terminals::start(const std::vector<std::string>& command) {
+    Terminal& terminal = add();
+    std::vector<std::string> whole = command;
+    whole.insert(whole.end(), {SALLOWMERE_KEY_RECORDER, fifo_, terminal.name});
+    terminal.process = std::make_unique<ChildProcess>(server_.command(whole));
+    terminal.owner = terminal.process->pid();
+    waitUntilReady(terminal);
+    return terminal;
+}
+
 Terminal& Terminals::startUrxvt(const std::string& title) {
     const std::string socket = "RXVT_SOCKET=" + server_.home() / "urxvt";
     if (!daemon_) {
