@@ -8,7 +8,6 @@
 namespace sallowmere {
 namespace {
 
-using testing::Contains;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;

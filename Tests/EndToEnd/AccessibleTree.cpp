@@ -51,6 +51,7 @@ std::vector<std::string> actionsOf(AtspiAccessible* object) {
     const Reference<AtspiAction> action(atspi_accessible_get_action_iface(object));
     std::vector<std::string> names;
     const int count = action ? atspi_action_get_n_actions(action.get(), nullptr) : 0;
+    names.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int number = 0; number < count; ++number) {
         names.push_back(taken(atspi_action_get_action_name(action.get(), number, nullptr)));
     }
@@ -92,7 +93,7 @@ AccessibleTree::Object AccessibleTree::application() const {
     const Object desktop = owned(atspi_get_desktop(0));
     const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
     for (int index = 0; index < count; ++index) {
-        const Object application =
+        Object application =
             owned(atspi_accessible_get_child_at_index(desktop.get(), index, nullptr));
         if (application
             && atspi_accessible_get_process_id(application.get(), nullptr)

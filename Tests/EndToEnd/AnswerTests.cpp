@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "EndToEnd/RunningSession.h"
 
-#include "X11/WaitFor.h"
-
 #include <filesystem>
 
 namespace sallowmere {
@@ -22,6 +20,14 @@ TEST_F(Answering, QuestionIsAnsweredInItsTerminalByAClick) {
     session().takeAnswer();
     panel().tree().waitUntilGone("Which colour?");
     expectKeys("2");
+}
+
+TEST_F(Answering, QuestionThatNobodyLooksAtLetsThePanelCloseAgain) {
+    session().ask("Which colour?", {"Amber", "Moss", "Slate"});
+    panel().waitUntilExpanded();
+    panel().waitUntilCollapsed();
+    EXPECT_TRUE(desk().client.hasFocus(other().window));
+    expectKeys("");
 }
 
 TEST_F(Answering, QuestionIsAnsweredByAnAssistiveProgram) {

@@ -104,7 +104,7 @@ std::string LiveHome::requestPermission(const LiveSession& session,
     const std::string part =
         home_.write("part", "{\"session_id\":" + transcript::json(session.id())
                                 + ",\"message\":" + transcript::json(message) + "}\n");
-    const std::string path = home_ / (".config/sallowmere/notifications/" + session.id() + ".json");
+    std::string path = home_ / (".config/sallowmere/notifications/" + session.id() + ".json");
     std::filesystem::rename(part, path);
     return path;
 }

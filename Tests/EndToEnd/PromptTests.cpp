@@ -41,6 +41,17 @@ TEST_F(Prompting, AClickElsewhereTakesTheKeyboard) {
     EXPECT_TRUE(desk().client.hasFocus(other().window));
 }
 
+TEST_F(Prompting, TheKeyboardIsNotKeptWhenNobodyIsThereToHaveIt) {
+    openDetails();
+    clickField();
+    const Terminal& gone = other();
+    Terminals::close(other());
+    waitFor("the terminal to close", [&] { return !desk().client.isManaged(gone.window); });
+    desk().user.tap(Keys::escape);
+    waitFor("the keyboard to leave the panel",
+            [&] { return !desk().client.hasFocus(panel().window()); });
+}
+
 TEST_F(Prompting, AnErrorShowsUntilARunSucceeds) {
     assistantDoes("echo 'The lantern is out' >&2; exit 3");
     openDetails();
