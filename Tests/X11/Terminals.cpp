@@ -29,12 +29,26 @@ Terminals::~Terminals() {
     ::close(records_);
 }
 
-Terminal& Terminals::startXterm(const std::string& title) {
+Terminal& Terminals::startXterm(const std::string& title, const std::string& recorder,
+                                const std::string& directory) {
     Terminal& terminal = add();
     // It need not wait for an answer of the window manager's, which some only give to a change.
-    terminal.process = std::make_unique<ChildProcess>(
-        server_.command({"/usr/bin/xterm", "-xrm", "*waitforwm: false", "-title", title, "-e",
-                         SALLOWMERE_KEY_RECORDER, fifo_, terminal.name}));
+    Command command = server_.command({"/usr/bin/xterm", "-xrm", "*waitforwm: false", "-title",
+                                       title, "-e", recorder, fifo_, terminal.name});
+    if (!directory.empty()) {
+        command.directory = directory;
+    }
+    terminal.process = std::make_unique<ChildProcess>(command);
+    terminal.owner = terminal.process->pid();
+    waitUntilReady(terminal);
+    return terminal;
+}
+
+Terminal& Terminals::start(const std::vector<std::string>& command) {
+    Terminal& terminal = add();
+    std::vector<std::string> whole = command;
+    whole.insert(whole.end(), {SALLOWMERE_KEY_RECORDER, fifo_, terminal.name});
+    terminal.process = std::make_unique<ChildProcess>(server_.command(whole));
     terminal.owner = terminal.process->pid();
     waitUntilReady(terminal);
     return terminal;

@@ -35,8 +35,13 @@ public:
     explicit Terminals(const XServer& server);
     ~Terminals();
 
-    /// Both wait until the program in it runs.
-    Terminal& startXterm(const std::string& title);
+    /// All wait until the program in it runs. `recorder` is the path of a link to it, by whose
+    /// name it goes then, and `directory` where it runs.
+    Terminal& startXterm(const std::string& title,
+                         const std::string& recorder = SALLOWMERE_KEY_RECORDER,
+                         const std::string& directory = {});
+    /// Any terminal, by a command that lacks only the program in it.
+    Terminal& start(const std::vector<std::string>& command);
     /// All of these belong to one process, a daemon.
     Terminal& startUrxvt(const std::string& title);
 

@@ -41,33 +41,74 @@ bool isComposited(XClient& client) {
 } // namespace
 
 std::vector<std::string> WindowManager::programs(Kind kind) {
-    return kind == Kind::openbox
-               ? std::vector<std::string>{"/usr/bin/openbox"}
-               : std::vector<std::string>{"/usr/bin/xfwm4", "/usr/bin/dbus-daemon"};
+    switch (kind) {
+    case Kind::openbox:
+        return {"/usr/bin/openbox"};
+    case Kind::xfwm4:
+        return {"/usr/bin/xfwm4", "/usr/bin/dbus-daemon"};
+    case Kind::i3:
+        return {"/usr/bin/i3", "/usr/bin/i3-msg"};
+    case Kind::kwin:
+        return {"/usr/bin/kwin_x11", "/usr/bin/dbus-daemon"};
+    case Kind::mutter:
+        return {"/usr/bin/mutter", "/usr/bin/dbus-daemon"};
+    }
+    return {};
 }
 
 std::string WindowManager::name(Kind kind) {
-    return kind == Kind::openbox ? "Openbox" : "Xfwm4";
+    switch (kind) {
+    case Kind::openbox:
+        return "Openbox";
+    case Kind::xfwm4:
+        return "Xfwm4";
+    case Kind::i3:
+        return "i3";
+    case Kind::kwin:
+        return "KWin";
+    case Kind::mutter:
+        return "Mutter";
+    }
+    return {};
 }
 
-WindowManager::WindowManager(Kind kind, const XServer& server, XClient& client) {
-    if (kind == Kind::openbox) {
-        startOpenbox(server);
-    } else {
-        startXfwm4(server);
-    }
+WindowManager::WindowManager(Kind kind, const XServer& server, XClient& client) : kind_(kind) {
+    start(kind, server);
     waitFor(name(kind), [&] { return managerName(client) == name(kind); });
     if (kind == Kind::xfwm4) {
         waitFor("its compositor", [&] { return isComposited(client); });
     }
     // It gives its name before it is ready, and overlooks windows that come meanwhile.
-    client.showDesktop(1);
-    client.showDesktop(0);
+    if (kind == Kind::i3) {
+        // It has no desktop that nothing is on, but tells who asks.
+        waitFor("its answer", [&] {
+            return run(server.command({"/usr/bin/i3-msg", "-q", "nop"})).exitStatus == 0;
+        });
+    } else {
+        client.showDesktop(1);
+        client.showDesktop(0);
+    }
 }
 
-void WindowManager::startOpenbox(const XServer& server) {
-    process_ = std::make_unique<ChildProcess>(server.command(
-        {"/usr/bin/openbox", "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"}));
+void WindowManager::start(Kind kind, const XServer& server) {
+    switch (kind) {
+    case Kind::openbox:
+        process_ = std::make_unique<ChildProcess>(server.command(
+            {"/usr/bin/openbox", "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"}));
+        return;
+    case Kind::xfwm4:
+        startXfwm4(server);
+        return;
+    case Kind::i3:
+        startI3(server);
+        return;
+    case Kind::kwin:
+        startKwin(server);
+        return;
+    case Kind::mutter:
+        startOnBus(server, {"/usr/bin/mutter", "--x11"}, {});
+        return;
+    }
 }
 
 void WindowManager::startXfwm4(const XServer& server) {
@@ -81,14 +122,41 @@ void WindowManager::startXfwm4(const XServer& server) {
   </property>
 </channel>
 )");
+    startOnBus(server, {"/usr/bin/xfwm4", "--compositor=on", "--vblank=off"}, {});
+}
+
+void WindowManager::startI3(const XServer& server) {
+    // The keyboard goes where it was sent, not where the pointer happens to be.
+    const std::string configuration =
+        server.home().write("i3", "# i3 config file (v4)\nfocus_follows_mouse no\n");
+    process_ = std::make_unique<ChildProcess>(server.command({"/usr/bin/i3", "-c", configuration}));
+}
+
+void WindowManager::startKwin(const XServer& server) {
+    server.home().write(".config/kwinrc", "[Desktops]\nNumber=2\nRows=1\n");
+    startOnBus(server, {"/usr/bin/kwin_x11"}, {"KWIN_COMPOSE=N", "QT_QPA_PLATFORM=xcb"});
+}
+
+void WindowManager::startOnBus(const XServer& server,
+                               const std::vector<std::string>& programAndArguments,
+                               const std::vector<std::string>& variables) {
     const std::string runtime = "XDG_RUNTIME_DIR=" + server.home().path();
     bus_ = std::make_unique<ChildProcess>(server.command(
         {"/usr/bin/dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"},
         {runtime}));
-    const std::string address = "DBUS_SESSION_BUS_ADDRESS=" + bus_->readLine();
-    process_ = std::make_unique<ChildProcess>(
-        server.command({"/usr/bin/xfwm4", "--compositor=on", "--vblank=off"},
-                       {runtime, address, "NO_AT_BRIDGE=1", "GSETTINGS_BACKEND=memory"}));
+    std::vector<std::string> all{runtime, "DBUS_SESSION_BUS_ADDRESS=" + bus_->readLine(),
+                                 "NO_AT_BRIDGE=1", "GSETTINGS_BACKEND=memory"};
+    all.insert(all.end(), variables.begin(), variables.end());
+    process_ = std::make_unique<ChildProcess>(server.command(programAndArguments, all));
+}
+
+void WindowManager::showEmptyWorkspace(const XServer& server, XClient& client) const {
+    if (kind_ == Kind::i3) {
+        server.run({"/usr/bin/i3-msg", "workspace", "2"});
+        waitFor("another workspace", [&] { return client.desktop() != 0; });
+    } else {
+        client.showDesktop(1);
+    }
 }
 
 void WindowManager::stop() {

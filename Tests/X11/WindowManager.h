@@ -13,7 +13,7 @@ namespace sallowmere {
 /// A real window manager on an X server.
 class WindowManager {
 public:
-    enum class Kind { openbox, xfwm4 };
+    enum class Kind { openbox, xfwm4, i3, kwin, mutter };
 
     /// The programs that it needs.
     static std::vector<std::string> programs(Kind kind);
@@ -26,6 +26,9 @@ public:
     WindowManager(const WindowManager&) = delete;
     WindowManager& operator=(const WindowManager&) = delete;
 
+    /// Shows another workspace, one that nothing is on, and waits until it is shown.
+    void showEmptyWorkspace(const XServer& server, XClient& client) const;
+
     /// It does not do anything until it goes on.
     void stop();
     void goOn();
@@ -33,9 +36,15 @@ public:
     void kill();
 
 private:
-    void startOpenbox(const XServer& server);
+    void start(Kind kind, const XServer& server);
     void startXfwm4(const XServer& server);
+    void startI3(const XServer& server);
+    void startKwin(const XServer& server);
+    /// With a session bus of its own.
+    void startOnBus(const XServer& server, const std::vector<std::string>& programAndArguments,
+                    const std::vector<std::string>& variables);
 
+    Kind kind_;
     std::unique_ptr<ChildProcess> bus_;
     std::unique_ptr<ChildProcess> process_;
 };

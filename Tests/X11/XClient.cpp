@@ -145,7 +145,7 @@ bool XClient::isMinimised(xcb_window_t window) {
 }
 
 void XClient::tellRoot(xcb_window_t window, xcb_atom_t type, std::uint32_t first,
-                       std::uint32_t second) {
+                       std::uint32_t second, std::uint32_t third, std::uint32_t fourth) {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
@@ -153,21 +153,30 @@ void XClient::tellRoot(xcb_window_t window, xcb_atom_t type, std::uint32_t first
     event.type = type;
     event.data.data32[0] = first;
     event.data.data32[1] = second;
+    event.data.data32[2] = third;
+    event.data.data32[3] = fourth;
     xcb_send_event(connection_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&event));
     sync();
 }
 
-// It answers in turn.
+bool XClient::hasProperty(xcb_window_t window, xcb_atom_t name) {
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, 0), nullptr));
+    return reply && reply->type != XCB_NONE;
+}
+
+// It answers in turn. Each answers one question at least: how wide its frames are, or which version
+// of the conventions it follows.
 void XClient::settle() {
     const xcb_window_t asking = createWindow();
+    const xcb_atom_t version = atom("VERSION");
     tellRoot(asking, ewmh_._NET_REQUEST_FRAME_EXTENTS, 0);
+    xcb_convert_selection(connection_, asking, atom("WM_S0"), version, version, XCB_CURRENT_TIME);
     waitFor("the window manager to answer", [&] {
-        xcb_ewmh_get_extents_reply_t extents;
-        return xcb_ewmh_get_frame_extents_reply(&ewmh_, xcb_ewmh_get_frame_extents(&ewmh_, asking),
-                                                &extents, nullptr)
-               != 0;
+        return hasProperty(asking, ewmh_._NET_FRAME_EXTENTS) || hasProperty(asking, version);
     });
     xcb_destroy_window(connection_, asking);
     sync();
@@ -188,6 +197,28 @@ void XClient::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
     tellRoot(window, ewmh_._NET_WM_DESKTOP, desktop, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
     waitFor("a window to change desktops",
             [&] { return desktopOf(window) == desktop && !hasFocus(window); });
+}
+
+bool XClient::isFullScreen(xcb_window_t window) {
+    const Reply<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const Reply<xcb_get_geometry_reply_t> screen(
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr));
+    return size && screen && size->width + 2 * size->border_width == screen->width
+           && size->height + 2 * size->border_width == screen->height;
+}
+
+void XClient::makeFullScreen(xcb_window_t window) {
+    tellRoot(window, ewmh_._NET_WM_STATE, XCB_EWMH_WM_STATE_ADD, ewmh_._NET_WM_STATE_FULLSCREEN, 0,
+             XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+    waitFor("a window to fill the screen", [&] { return isFullScreen(window); });
+}
+
+xcb_window_t XClient::activeWindow() {
+    xcb_window_t window = XCB_NONE;
+    xcb_ewmh_get_active_window_reply(&ewmh_, xcb_ewmh_get_active_window(&ewmh_, 0), &window,
+                                     nullptr);
+    return window;
 }
 
 void XClient::showDesktop(std::uint32_t number) {

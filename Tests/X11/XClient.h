@@ -49,6 +49,7 @@ public:
     /// The managed windows, the oldest first.
     std::vector<xcb_window_t> clients();
     bool isManaged(xcb_window_t window);
+    bool isFullScreen(xcb_window_t window);
     /// Whether no managed window lies in front of it.
     bool isFront(xcb_window_t window);
     std::uint32_t desktop();
@@ -62,6 +63,9 @@ public:
     void activate(xcb_window_t window);
     void minimise(xcb_window_t window);
     void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
+    void makeFullScreen(xcb_window_t window);
+    /// The window that the window manager calls the active one.
+    xcb_window_t activeWindow();
     /// Asks until the window manager listens.
     void showDesktop(std::uint32_t desktop);
 
@@ -88,8 +92,9 @@ public:
     int keysReceived();
 
 private:
+    bool hasProperty(xcb_window_t window, xcb_atom_t name);
     void tellRoot(xcb_window_t window, xcb_atom_t type, std::uint32_t first,
-                  std::uint32_t second = 0);
+                  std::uint32_t second = 0, std::uint32_t third = 0, std::uint32_t fourth = 0);
     void type(std::uint8_t event, std::uint8_t key);
 
     xcb_connection_t* connection_;
