@@ -20,11 +20,6 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds growing(250);
 
-void letPass(ScreenWatch& watch, ScreenWatch::Moment until) {
-    while (watch.next(until)) {
-    }
-}
-
 /// Returns when the window has got a height that satisfies the condition.
 template <typename Condition>
 void waitForHeight(ScreenWatch& watch, Condition condition) {
@@ -41,7 +36,7 @@ void openAndClose(RunningPanel& panel, ScreenWatch& watch) {
     const int bar = panel.barHeight();
     panel.enter();
     waitForHeight(watch, [bar](int height) { return height > bar; });
-    letPass(watch, steady_clock::now() + growing);
+    watch.framesUntil(steady_clock::now() + growing);
     panel.leave();
     waitForHeight(watch, [bar](int height) { return height == bar; });
 }
@@ -74,19 +69,22 @@ void measureMemory(const MeasuredProgram& measured, int seconds) {
     const int openings = std::max(1, seconds / 6);
     std::printf("\n| memory, MiB | resident | proportional | private and changed | target |\n"
                 "| --- | --- | --- | --- | --- |\n");
-    letPass(watch, steady_clock::now() + std::chrono::seconds(std::min(5, seconds)));
-    printMemory("5 seconds after the start", ProcessReadings::memory(panel.pid()));
+    const int settling = std::min(5, seconds);
+    watch.framesUntil(steady_clock::now() + std::chrono::seconds(settling));
+    printMemory("seconds after the start: " + std::to_string(settling),
+                ProcessReadings::memory(panel.pid()));
     for (int i = 0; i < openings; ++i) {
         openAndClose(panel, watch);
     }
-    printMemory(std::to_string(openings) + " openings later", ProcessReadings::memory(panel.pid()));
+    printMemory("openings without a pause later: " + std::to_string(openings),
+                ProcessReadings::memory(panel.pid()));
     const auto begin = steady_clock::now();
     for (int i = 1; i <= openings; ++i) {
         openAndClose(panel, watch);
-        letPass(watch, begin + std::chrono::seconds(seconds) * i / openings);
+        watch.framesUntil(begin + std::chrono::seconds(seconds) * i / openings);
     }
     const auto last = ProcessReadings::memory(panel.pid());
-    printRow((std::to_string(seconds) + " seconds and as many openings later").c_str(),
+    printRow(("as many openings in so many seconds later: " + std::to_string(seconds)).c_str(),
              "60 resident, no growth", "%.1f | %.1f | %.1f", last.resident, last.proportional,
              last.privateDirty);
     printMappings(panel.pid());

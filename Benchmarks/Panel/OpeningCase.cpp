@@ -139,8 +139,7 @@ void measureOpening(const MeasuredProgram& measured, int runs) {
     watch.paintBackground();
     RunningPanel panel(desktop, watch, measured.program, home.path());
     // The first scan fills the list.
-    while (watch.next(std::chrono::steady_clock::now() + std::chrono::seconds(1))) {
-    }
+    watch.framesUntil(std::chrono::steady_clock::now() + std::chrono::seconds(2));
     const Opening first = open(panel, watch);
     std::vector<Opening> openings;
     for (int run = 0; run < runs; ++run) {

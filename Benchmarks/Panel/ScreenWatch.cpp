@@ -118,6 +118,14 @@ std::optional<ScreenWatch::Event> ScreenWatch::next(Moment deadline) {
     }
 }
 
+int ScreenWatch::framesUntil(Moment end) {
+    int frames = 0;
+    while (const auto event = next(end)) {
+        frames += event->kind == Event::Kind::drawn ? 1 : 0;
+    }
+    return frames;
+}
+
 std::optional<ScreenWatch::Event> ScreenWatch::translated(const xcb_generic_event_t& event) {
     const Moment now = std::chrono::steady_clock::now();
     const int type = event.response_type & 0x7F;

@@ -58,6 +58,9 @@ public:
     /// The next event, or nothing when there is none until `deadline`.
     std::optional<Event> next(Moment deadline);
 
+    /// Lets time pass; how often something was drawn meanwhile.
+    int framesUntil(Moment end);
+
     /// The process that says it owns a window; 0 for none.
     pid_t ownerOf(xcb_window_t window);
     Area areaOf(xcb_window_t window);

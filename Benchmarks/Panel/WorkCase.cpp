@@ -15,6 +15,8 @@ namespace sallowmere {
 
 namespace {
 
+using std::chrono::steady_clock;
+
 /// What is measured apart from the others.
 struct Situation {
     const char* name;
@@ -22,16 +24,6 @@ struct Situation {
     bool isWorking;
     const char* target;
 };
-
-/// Lets time pass; how many frames were drawn meanwhile.
-int framesIn(ScreenWatch& watch, std::chrono::milliseconds time) {
-    int frames = 0;
-    const auto end = std::chrono::steady_clock::now() + time;
-    while (const auto event = watch.next(end)) {
-        frames += event->kind == ScreenWatch::Event::Kind::drawn ? 1 : 0;
-    }
-    return frames;
-}
 
 void measureSituation(const Situation& situation, const MeasuredProgram& measured, int seconds) {
     PanelHome home(measured.home);
@@ -44,10 +36,10 @@ void measureSituation(const Situation& situation, const MeasuredProgram& measure
     if (situation.isExpanded) {
         panel.enter();
     }
-    framesIn(watch, std::chrono::seconds(settling));
+    watch.framesUntil(steady_clock::now() + std::chrono::seconds(settling));
     const auto before = ProcessReadings::processorTime(panel.pid());
     const long waits = ProcessReadings::waits(panel.pid());
-    const int frames = framesIn(watch, std::chrono::seconds(seconds));
+    const int frames = watch.framesUntil(steady_clock::now() + std::chrono::seconds(seconds));
     const auto after = ProcessReadings::processorTime(panel.pid());
     const long waited = ProcessReadings::waits(panel.pid()) - waits;
     const double own = (after.own - before.own) / seconds / 10;
