@@ -34,14 +34,15 @@ const std::vector<Peer>& peers() {
 void measureProcess(const char* name, pid_t process, int seconds) {
     std::this_thread::sleep_for(std::chrono::seconds(std::max(1, seconds / 6)));
     const auto before = ProcessReadings::processorTime(process);
-    const long waits = ProcessReadings::waits(process);
+    const auto waits = ProcessReadings::waits(process);
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     const auto after = ProcessReadings::processorTime(process);
+    const long waited = ProcessReadings::waitsBetween(waits, ProcessReadings::waits(process));
     const auto memory = ProcessReadings::memory(process);
     std::printf("| %s | %.1f | %.1f | %.1f | %.2f %% | %ld |\n", name, memory.resident,
                 memory.proportional, memory.privateDirty,
                 (after.own + after.children - before.own - before.children) / seconds / 10,
-                (ProcessReadings::waits(process) - waits) * 60 / seconds);
+                waited * 60 / seconds);
     std::fflush(stdout);
 }
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -113,16 +112,24 @@ std::vector<Mapping> mappings(pid_t process) {
     return result;
 }
 
-long waits(pid_t process) {
-    long sum = 0;
+Waits waits(pid_t process) {
+    Waits result;
     for (const auto& thread : std::filesystem::directory_iterator(directoryOf(process) / "task")) {
         std::ifstream file(thread.path() / "status");
         for (std::string label; file >> label;) {
-            long count = 0;
-            if (label == "voluntary_ctxt_switches:" && file >> count) {
-                sum += count;
+            if (label == "voluntary_ctxt_switches:") {
+                file >> result[thread.path().filename()];
             }
         }
+    }
+    return result;
+}
+
+long waitsBetween(const Waits& before, const Waits& after) {
+    long sum = 0;
+    for (const auto& [thread, count] : after) {
+        const auto known = before.find(thread);
+        sum += known == before.end() ? count : count - known->second;
     }
     return sum;
 }

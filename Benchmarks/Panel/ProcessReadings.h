@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -37,7 +38,11 @@ Memory memory(pid_t process);
 /// Each name once, the largest resident part first.
 std::vector<Mapping> mappings(pid_t process);
 
-/// How often its threads have waited for something since they began.
-long waits(pid_t process);
+/// How often each of its threads, by their numbers, has waited for something since it began.
+using Waits = std::map<std::string, long>;
+Waits waits(pid_t process);
+
+/// Of the threads that are still there.
+long waitsBetween(const Waits& before, const Waits& after);
 
 } // namespace sallowmere::ProcessReadings

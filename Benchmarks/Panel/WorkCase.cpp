@@ -38,10 +38,10 @@ void measureSituation(const Situation& situation, const MeasuredProgram& measure
     }
     watch.framesUntil(steady_clock::now() + std::chrono::seconds(settling));
     const auto before = ProcessReadings::processorTime(panel.pid());
-    const long waits = ProcessReadings::waits(panel.pid());
+    const auto waits = ProcessReadings::waits(panel.pid());
     const int frames = watch.framesUntil(steady_clock::now() + std::chrono::seconds(seconds));
     const auto after = ProcessReadings::processorTime(panel.pid());
-    const long waited = ProcessReadings::waits(panel.pid()) - waits;
+    const long waited = ProcessReadings::waitsBetween(waits, ProcessReadings::waits(panel.pid()));
     const double own = (after.own - before.own) / seconds / 10;
     const double children = (after.children - before.children) / seconds / 10;
     printRow(situation.name, situation.target, "%.2f %% | %.2f %% | %.2f %% | %d | %ld",
