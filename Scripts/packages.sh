@@ -24,7 +24,9 @@
         x11-xserver-utils xfwm4 xterm xvfb xwayland)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
-    packagesToMeasure=(libbenchmark-dev)
+    # Also the panels that people use, to compare with.
+    packagesToMeasure=(
+        conky-std libbenchmark-dev libxcb-damage0-dev lxqt-panel openbox polybar tint2 xvfb)
     packagesToProve=(debootstrap git)
 }
 

@@ -10,14 +10,14 @@ Timer {
     required property real lowest
     /// Milliseconds, of each direction.
     required property int duration
-    readonly property int steps: Math.round(duration / interval)
-    property int step: 0
+    /// Milliseconds since it was whole.
+    property int elapsed: 0
     /// From 0 to 1 and back.
-    readonly property real depth: 1 - Math.abs(1 - step / steps)
+    readonly property real depth: 1 - Math.abs(1 - elapsed / duration)
     readonly property real opacity: 1 - (1 - lowest) * (1 - Math.cos(Math.PI * depth)) / 2
 
-    interval: 50
+    interval: Theme.step
     repeat: true
-    onTriggered: step = (step + 1) % (2 * steps)
-    onRunningChanged: step = 0
+    onTriggered: elapsed = (elapsed + interval) % (2 * duration)
+    onRunningChanged: elapsed = 0
 }

@@ -11,7 +11,8 @@ Shape {
     property real size: 12
     property color color: Theme.accentBlue
     readonly property real strokeWidth: 1.8
-    readonly property int steps: 18
+    /// A turn takes 0.9 seconds.
+    readonly property int steps: 900 / Theme.step
     property int step: 0
 
     width: size
@@ -36,8 +37,7 @@ Shape {
         }
     }
     Timer {
-        // A turn takes 0.9 seconds.
-        interval: 900 / spinner.steps
+        interval: Theme.step
         repeat: true
         running: spinner.visible && Motion.isWanted
         onTriggered: spinner.step = (spinner.step + 1) % spinner.steps
