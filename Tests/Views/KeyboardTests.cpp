@@ -9,8 +9,6 @@ namespace sallowmere {
 namespace {
 
 using namespace Samples;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class Keys : public ViewTest {

@@ -61,8 +61,10 @@ void everything(PanelStage& stage) {
 }
 
 void manySessions(PanelStage& stage) {
+    constexpr int many = 24;
     std::vector<SessionInfo> sessions;
-    for (int number = 0; number < 24; ++number) {
+    sessions.reserve(many);
+    for (int number = 0; number < many; ++number) {
         sessions.push_back(session(QString::number(number), QStringLiteral("Task %1").arg(number),
                                    SessionStatus::done, number * 1min));
     }
