@@ -18,9 +18,10 @@
         qml6-module-qtquick-shapes qml6-module-qtquick-templates qml6-module-qtquick-window
         sound-theme-freedesktop xdg-utils)
     packagesToTest=(
-        dbus-daemon gnome-keyring libgcrypt20-dev libglib2.0-dev libgmock-dev libgtest-dev
-        locales openbox openssl pulseaudio pulseaudio-utils rxvt-unicode x11-xkb-utils xfwm4 xterm
-        xvfb)
+        at-spi2-core dbus-daemon foot gnome-keyring i3-wm kwin-x11 libatspi2.0-dev libgcrypt20-dev
+        libglib2.0-dev libgmock-dev libgtest-dev libxcb-randr0-dev libxcb-shape0-dev locales mutter
+        openbox openssl pulseaudio pulseaudio-utils rxvt-unicode sway x11-xkb-utils
+        x11-xserver-utils xfwm4 xterm xvfb xwayland)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
     packagesToMeasure=(libbenchmark-dev)
