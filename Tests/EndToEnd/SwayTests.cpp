@@ -93,6 +93,39 @@ protected:
         return {(Windows::screen(*desk().inside).width - width) / 2, 0, width, 30};
     }
 
+    /// Clicks into the field, types, and gives the keyboard back.
+    void typeIntoField(const std::string& text) {
+        panel().click(fieldName, "text");
+        // The compositor takes its time to pass the keyboard on, and tells nobody.
+        waitFor("the keyboard in the field", [&] {
+            desk().user.type("x");
+            return !textInField().empty();
+        });
+        desk().user.type(text);
+        waitFor('"' + text + "\" in the field", [&] { return textInField().ends_with(text); });
+        EXPECT_EQ(textInField().find_first_not_of('x'), textInField().size() - text.size());
+
+        desk().user.tap(Keys::escape);
+        waitFor("the field to lose the keyboard",
+                [&] { return !AccessibleTree::isFocused(panel().tree().find(fieldName, "text")); });
+    }
+
+    std::string textInField() {
+        return AccessibleTree::text(panel().tree().find(fieldName, "text"));
+    }
+
+    /// Types until the terminal has the keyboard again. It must not have seen any other key than
+    /// those that were pressed while the keyboard was on its way.
+    void expectKeyboardBack() {
+        waitFor("the keyboard in the terminal", [&] {
+            desk().user.type("b");
+            return desk().terminals.hasMore();
+        });
+        while (!desk().awaitKey().ends_with('b')) {
+        }
+        EXPECT_EQ(desk().terminal->received.find_first_not_of("xb"), std::string::npos);
+    }
+
 private:
     std::unique_ptr<WaylandDesk> desk_;
 };
@@ -114,6 +147,24 @@ TEST_P(UnderSway, TheBarHangsAtTheTopWithoutTheKeyboard) {
     EXPECT_EQ(panel().box(), barPlace());
     desk().user.type("c");
     EXPECT_EQ(desk().awaitKey(), "abc");
+}
+
+TEST_P(UnderSway, TheFieldHasTheKeyboardFromAClickUntilEscape) {
+    panel().enter();
+    panel().click("Lantern, done");
+    typeIntoField("fit");
+    panel().leave();
+    expectKeyboardBack();
+}
+
+TEST_P(UnderSway, AFullScreenCoversNothingOfIt) {
+    desk().sway->tell(focusing() + " fullscreen enable");
+    panel().enter();
+    panel().click("Lantern, done");
+    typeIntoField("fit");
+    panel().leave();
+    EXPECT_EQ(panel().box(), barPlace());
+    expectKeyboardBack();
 }
 
 TEST_P(UnderSway, ItIsOnEveryWorkspace) {

@@ -178,8 +178,7 @@ void XClient::settle() {
     waitFor("the window manager to answer", [&] {
         return hasProperty(asking, ewmh_._NET_FRAME_EXTENTS) || hasProperty(asking, version);
     });
-    xcb_destroy_window(connection_, asking);
-    sync();
+    // The window stays: some give the other answer as well, and end when nobody is there to get it.
 }
 
 void XClient::activate(xcb_window_t window) {
