@@ -13,7 +13,8 @@
 
 namespace sallowmere {
 
-/// The superuser becomes nobody, for good: sway does not run for the superuser.
+/// The superuser becomes nobody, for good, with access to all files: sway does not run for the
+/// superuser.
 void becomeOrdinaryUser();
 
 /// A Wayland desktop with an X server of its own, in a window that fills the screen of another X
