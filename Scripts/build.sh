@@ -14,6 +14,7 @@ buildPreset() {
     requireWritable "$directory"
     (
         flock 9
+        cd -- "$sourceRoot"
         isConfigured || configure
         compile
     ) 9>"$directory/.sallowmere-lock"
@@ -42,7 +43,8 @@ configure() {
 }
 
 compile() {
-    quietly "build/$preset could not be built" ninja -C "$directory" --quiet
+    # The preset says what of it.
+    quietly "build/$preset could not be built" cmake --build --preset "$preset" -- --quiet
 }
 
 # quietly COMPLAINT COMMAND...: shows what the command says only if it fails.
