@@ -14,7 +14,7 @@ buildPreset() {
     requireWritable "$directory"
     (
         flock 9
-        cd -- "$sourceRoot"
+        cd -- "$sourceRoot" || fail "cannot enter $sourceRoot"
         isConfigured || configure
         compile
     ) 9>"$directory/.sallowmere-lock"
