@@ -174,7 +174,7 @@ TEST_F(ShownPlan, ScrollsWithinItsCard) {
     info.plan = QStringLiteral("A paragraph.\n\n").repeated(60);
     showOpen({info});
     QQuickItem& scroll = hand.find("planScroll");
-    EXPECT_EQ(scroll.height(), 240);
+    EXPECT_EQ(scroll.height(), 132);
     hand.wheel(scroll, 120);
     EXPECT_TRUE(hand.waitFor([&] { return scroll.property("contentY").toDouble() > 0; }));
     EXPECT_EQ(hand.find("list").property("contentY"), 0);

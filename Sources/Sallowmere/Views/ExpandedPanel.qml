@@ -94,12 +94,17 @@ Item {
         text: expanded.panel.usage.footer
         onQuitRequested: expanded.panel.quit()
     }
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: point => {
-            Help.hush()
-            menu.returnTo = expanded.focused
-            menu.popup(point.position)
+    Item {
+        // Above everything, text fields too, which would keep the click.
+        anchors.fill: parent
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => {
+                Help.hush()
+                menu.returnTo = expanded.focused
+                menu.popup(point.position)
+            }
         }
     }
     PanelMenu {

@@ -10,7 +10,7 @@ PressArea {
 
     required property planRow entry
     required property PanelModel panel
-    readonly property int tallest: 240
+    readonly property int tallest: 132
 
     text: "Plan ready for review"
     help: "Jump to this session's terminal"
