@@ -36,5 +36,5 @@ int main(int argc, char** argv) {
     if (DiagnosticDump::isRequested({argv, static_cast<std::size_t>(argc)})) {
         return dump();
     }
-    return PanelProgram::run(argc, argv);
+    return PanelProgram::run(argv[0]);
 }

@@ -134,16 +134,23 @@ TEST_F(NotchWindowControllerTest, LeavingTheFieldGivesTheKeyboardBack) {
     EXPECT_THAT(panel->activated, ElementsAre(NotchPanel::FrontApplication{7}));
 }
 
-TEST_F(NotchWindowControllerTest, CollapsingGivesTheKeyboardBack) {
-    state->hoverChanged(true);
-    typeInField(NotchPanel::FrontApplication{7});
-    panel->events.resignedKey();
-    queue.runPosted();
-    panel->activated.clear();
+TEST_F(NotchWindowControllerTest, AKeyboardThatComesWhenNobodyTypesGoesBack) {
     panel->key = true;
+    panel->front = NotchPanel::FrontApplication{7};
     panel->events.becameKey();
+    EXPECT_THAT(panel->activated, IsEmpty());
     queue.runPosted();
+    EXPECT_THAT(panel->activated, ElementsAre(NotchPanel::FrontApplication{7}));
+}
 
+TEST_F(NotchWindowControllerTest, CollapsingGivesTheKeyboardBack) {
+    state->togglePin();
+    typeInField(NotchPanel::FrontApplication{7});
+    // The field is left in a way that the model has not been told of yet.
+    state->togglePin();
+    state->blockSignals(true);
+    state->setEditingPrompt(false);
+    state->blockSignals(false);
     state->hoverChanged(false);
     queue.advance(AppState::leaveTime);
 

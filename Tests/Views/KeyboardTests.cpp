@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "Views/ViewTest.h"
 
+#include <QTest>
+
 #include <chrono>
 #include <set>
 
@@ -172,6 +174,17 @@ TEST_F(Keys, AreBackInTheFieldAfterTheMenu) {
     EXPECT_EQ(focused(), "prompt");
     EXPECT_TRUE(stage.state().editingPrompt());
     EXPECT_EQ(hand.text("prompt"), "half");
+}
+
+TEST_F(Keys, AreNoShortcutsBecauseOfWhatAStrangerWrote) {
+    startTyping();
+    SessionInfo asks = asking();
+    asks.ask->options = {QStringLiteral("R&Do it")};
+    asks.title = QStringLiteral("&Delete");
+    stage.scan({asks, detailed(false)});
+    QTest::keyClick(&stage.view(), Qt::Key_D, Qt::AltModifier);
+    EXPECT_THAT(stage.applications.done, testing::IsEmpty());
+    EXPECT_EQ(stage.model().selectedId(), detailed(false).id);
 }
 
 TEST_F(Keys, ShowWhatTheyReach) {

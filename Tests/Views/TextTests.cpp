@@ -108,7 +108,7 @@ TEST_F(Texts, OfRowsAndFigures) {
 TEST_F(Texts, OfDetails) {
     showDetails(detailed(false));
     EXPECT_EQ(hand.find("prompt").property("placeholderText").toString(), "Prompt this session…");
-    EXPECT_EQ(hand.text("terminal"), "Terminal");
+    EXPECT_EQ(hand.find("terminal").property("caption"), "Terminal");
     EXPECT_EQ(hand.find("terminal").property("help"), "Open this session's terminal window");
     EXPECT_FALSE(hand.has("promptState"));
     EXPECT_EQ(hand.text("logLabel", 1),
@@ -126,7 +126,7 @@ TEST_F(Texts, OfDetailsInATerminal) {
     showDetails(detailed(true));
     EXPECT_EQ(utf8(hand.text("activeNote")), "Session is active in the terminal — prompt it there");
     EXPECT_FALSE(hand.has("prompt"));
-    EXPECT_EQ(hand.text("terminal"), "kitty");
+    EXPECT_EQ(hand.find("terminal").property("caption"), "kitty");
 }
 
 TEST_F(Texts, OfDetailsWithoutALog) {

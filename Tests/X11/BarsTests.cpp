@@ -48,11 +48,20 @@ TEST(BarsTest, TheLargerOfTwoCounts) {
     EXPECT_EQ(without(two, leftScreen, desktop).top, 40);
 }
 
-TEST(BarsTest, NothingIsLessThanNothing) {
-    EXPECT_EQ(rest({1, Bar::Edge::top, 30'000, 0, 2'399}, rightScreen),
-              (PixelArea{1'600, 800, 2'400, 800}));
-    EXPECT_EQ(rest({1, Bar::Edge::left, 30'000, 0, 999}, leftScreen),
-              (PixelArea{1'600, 0, 1'600, 1'000}));
+TEST(BarsTest, OneThatLeavesNothingDoesNotCount) {
+    EXPECT_EQ(rest({1, Bar::Edge::top, 30'000, 0, 2'399}, rightScreen), rightScreen);
+    EXPECT_EQ(rest({1, Bar::Edge::left, 30'000, 0, 999}, leftScreen), leftScreen);
+    EXPECT_EQ(rest({1, Bar::Edge::right, 30'000, 0, 999}, rightScreen), rightScreen);
+    EXPECT_EQ(rest({1, Bar::Edge::bottom, 30'000, 0, 2'399}, leftScreen), leftScreen);
+}
+
+TEST(BarsTest, OneOfALowerScreenIsNoneOfTheUpper) {
+    constexpr PixelArea both{0, 0, 1'920, 2'160};
+    const Bar bar{1, Bar::Edge::top, 1'110, 0, 1'919};
+    constexpr PixelArea upper{0, 0, 1'920, 1'080};
+    constexpr PixelArea lower{0, 1'080, 1'920, 2'160};
+    EXPECT_EQ(without({bar}, upper, both), upper);
+    EXPECT_EQ(without({bar}, lower, both), (PixelArea{0, 1'110, 1'920, 2'160}));
 }
 
 class BarWindowsTest : public DesktopTest {

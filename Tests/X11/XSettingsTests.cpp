@@ -45,6 +45,13 @@ TEST(XSettingsTest, ATextIsNoInteger) {
     EXPECT_EQ(XSettings::integer(data, animations), std::nullopt);
 }
 
+TEST(XSettingsTest, ReadsNothingBehindAnUnknownKind) {
+    auto data = PublishedSettings().text("A", "four").integer(animations, 1).bytes();
+    constexpr std::size_t kindOfTheFirst = 12;
+    data[kindOfTheFirst] = 9;
+    EXPECT_EQ(XSettings::integer(data, animations), std::nullopt);
+}
+
 TEST(XSettingsTest, SurvivesEveryCut) {
     const auto whole =
         PublishedSettings().text("Net/ThemeName", "Quiet").integer(animations, 1).bytes();

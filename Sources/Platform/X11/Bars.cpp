@@ -76,6 +76,13 @@ void addBars(xcb_window_t window, const xcb_ewmh_wm_strut_partial_t& strut,
     add(found, window, Bar::Edge::bottom, strut.bottom, strut.bottom_start_x, strut.bottom_end_x);
 }
 
+/// A bar that would leave nothing of a screen is one of another screen beyond it, or a joke.
+void moveIn(int& edge, int place, int begin, int end) {
+    if (begin < place && place < end) {
+        edge = place;
+    }
+}
+
 } // namespace
 
 std::vector<Bar> bars(X11Connection& connection) {
@@ -107,16 +114,20 @@ PixelArea without(const std::vector<Bar>& bars, const PixelArea& screen, const P
         }
         switch (bar.edge) {
         case Bar::Edge::left:
-            rest.left = std::max(rest.left, std::min(desktop.left + bar.reach, screen.right));
+            moveIn(rest.left, std::max(rest.left, desktop.left + bar.reach), screen.left,
+                   screen.right);
             break;
         case Bar::Edge::right:
-            rest.right = std::min(rest.right, std::max(desktop.right - bar.reach, screen.left));
+            moveIn(rest.right, std::min(rest.right, desktop.right - bar.reach), screen.left,
+                   screen.right);
             break;
         case Bar::Edge::top:
-            rest.top = std::max(rest.top, std::min(desktop.top + bar.reach, screen.bottom));
+            moveIn(rest.top, std::max(rest.top, desktop.top + bar.reach), screen.top,
+                   screen.bottom);
             break;
         case Bar::Edge::bottom:
-            rest.bottom = std::min(rest.bottom, std::max(desktop.bottom - bar.reach, screen.top));
+            moveIn(rest.bottom, std::min(rest.bottom, desktop.bottom - bar.reach), screen.top,
+                   screen.bottom);
             break;
         }
     }

@@ -38,7 +38,7 @@ struct PixelArea {
 };
 
 /// What bars leave of a screen. `desktop` is the size of all screens together. A bar counts on the
-/// screens that it reaches into.
+/// screens that it reaches into and leaves something of.
 PixelArea without(const std::vector<Bar>& bars, const PixelArea& screen, const PixelArea& desktop);
 
 } // namespace sallowmere

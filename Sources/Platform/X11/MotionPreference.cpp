@@ -13,10 +13,14 @@ MotionPreference::MotionPreference(X11Events& events, X11Connection& connection)
 }
 
 void MotionPreference::notice(const xcb_generic_event_t* event) {
+    if (!connection_.isAlive()) {
+        return;
+    }
     // A keeper that comes up tells the whole desktop.
     const auto* property = eventOf<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
-    const bool isNewKeeper =
-        eventOf<xcb_client_message_event_t>(event, XCB_CLIENT_MESSAGE) != nullptr;
+    const auto* message = eventOf<xcb_client_message_event_t>(event, XCB_CLIENT_MESSAGE);
+    const bool isNewKeeper = message != nullptr && message->window == connection_.root()
+                             && message->type == connection_.atom("MANAGER");
     if (isNewKeeper || (property != nullptr && property->window == keeper_)) {
         read();
     }

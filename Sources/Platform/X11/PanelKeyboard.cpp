@@ -15,6 +15,10 @@ namespace {
 /// Smaller ones, and ones without a ground, were given no keyboard (sway 1.7).
 constexpr std::uint16_t helperSize = 4;
 
+/// Milliseconds until a compositor has done what a new helper, and the end of the one before, makes
+/// it do.
+constexpr qint64 settlingTime = 500;
+
 /// Grabs, such as the window manager's for its own keys, come and go; a focus that follows the
 /// pointer is none of ours.
 bool isLasting(const xcb_focus_in_event_t& change) {
@@ -44,7 +48,8 @@ void PanelKeyboard::notice(const xcb_generic_event_t* event) {
     const auto* loss = eventOf<xcb_focus_out_event_t>(event, XCB_FOCUS_OUT);
     const auto* property = eventOf<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
     if (server_ == Server::xwayland) {
-        if (property != nullptr && property->atom == connection_.ewmh()->_NET_ACTIVE_WINDOW) {
+        if (property != nullptr && property->atom == connection_.ewmh()->_NET_ACTIVE_WINDOW
+            && !isSettling()) {
             setHeld(false);
         }
     } else if (gain != nullptr && gain->event == window_ && isLasting(*gain)) {
@@ -69,9 +74,11 @@ void PanelKeyboard::take() {
         return;
     }
     if (server_ == Server::xwayland) {
-        showHelper();
-        // The server never tells; nor that it was taken away, so that it may be asked for anew.
-        setHeld(true);
+        // It may have been taken away without a word: it is asked for anew.
+        if (!isSettling()) {
+            showHelper();
+            setHeld(true);
+        }
         return;
     }
     const xcb_window_t owner = focused();
@@ -145,7 +152,12 @@ void PanelKeyboard::showHelper() {
     xcb_atom_t type = connection_.ewmh()->_NET_WM_WINDOW_TYPE_NORMAL;
     xcb_ewmh_set_wm_window_type(connection_.ewmh(), helper_, 1, &type);
     xcb_map_window(xcb, helper_);
+    sinceHelper_.start();
     xcb_flush(xcb);
+}
+
+bool PanelKeyboard::isSettling() const {
+    return helper_ != XCB_NONE && !sinceHelper_.hasExpired(settlingTime);
 }
 
 void PanelKeyboard::removeHelper() {

@@ -5,6 +5,7 @@
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11Events.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 
 #include <optional>
@@ -51,6 +52,7 @@ private:
     xcb_window_t fitWindow();
     void showHelper();
     void removeHelper();
+    bool isSettling() const;
 
     X11Connection& connection_;
     const xcb_window_t window_;
@@ -58,6 +60,7 @@ private:
     bool isHeld_ = false;
     std::optional<xcb_window_t> previous_;
     xcb_window_t helper_ = XCB_NONE;
+    QElapsedTimer sinceHelper_;
 };
 
 } // namespace sallowmere

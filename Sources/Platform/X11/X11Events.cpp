@@ -82,6 +82,8 @@ void X11Events::watchFocus(xcb_window_t window) {
 void X11Events::select(xcb_window_t window, std::uint32_t events) {
     xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &events);
     xcb_flush(connection_);
+    // While it writes, what the server has to tell may be read, which nobody would be woken for.
+    QMetaObject::invokeMethod(this, &X11Events::dispatch, Qt::QueuedConnection);
 }
 
 void X11Events::announce(const xcb_generic_event_t* event) {
@@ -96,7 +98,7 @@ void X11Events::dispatch() {
     while (const XcbMemory<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
         announce(event.get());
     }
-    if (xcb_connection_has_error(connection_) != 0) {
+    if (readable_ && xcb_connection_has_error(connection_) != 0) {
         readable_->setEnabled(false);
     }
 }

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <utility>
@@ -97,7 +98,14 @@ void X11Screens::readBars() {
     }
     std::vector<Bar> found = bars(connection_);
     for (const Bar& bar : found) {
-        events_.watchProperties(bar.window);
+        const bool isKnown = std::any_of(bars_.begin(), bars_.end(), [&](const Bar& known) {
+            return known.window == bar.window;
+        });
+        if (!isKnown) {
+            events_.watchProperties(bar.window);
+            // It may have changed before it was watched.
+            barsChanged_.start();
+        }
     }
     if (std::exchange(bars_, std::move(found)) != bars_) {
         announceChange();

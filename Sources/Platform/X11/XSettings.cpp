@@ -57,18 +57,20 @@ private:
     bool isIntact_ = true;
 };
 
-void skipValue(Reader& reader, Kind kind) {
+/// False for one of a kind that nobody knows the length of.
+bool skipValue(Reader& reader, Kind kind) {
     switch (kind) {
     case Kind::integer:
         reader.skip(4);
-        break;
+        return true;
     case Kind::text:
         reader.text(reader.number(4));
-        break;
+        return true;
     case Kind::color:
         reader.skip(8);
-        break;
+        return true;
     }
+    return false;
 }
 
 xcb_atom_t selection(X11Connection& connection) {
@@ -91,7 +93,9 @@ std::optional<std::int32_t> integer(std::span<const std::uint8_t> data, std::str
             return reader.isIntact() ? std::optional(static_cast<std::int32_t>(value))
                                      : std::nullopt;
         }
-        skipValue(reader, kind);
+        if (!skipValue(reader, kind)) {
+            break;
+        }
     }
     return std::nullopt;
 }

@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -28,16 +29,26 @@ int refuse(const char* reason) {
     return EXIT_FAILURE;
 }
 
-/// The panel is light enough to be drawn without the graphics driver, which would be most of what
-/// the program keeps in memory. Its window is one of an X server, also under Wayland.
-void chooseGraphics() {
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-}
+/// What Qt takes from a command line: not the user's, which says nothing to it. The panel's window
+/// is one of an X server, also under Wayland; no variable says so, because programs started from
+/// here would go by that too.
+class QtArguments {
+public:
+    explicit QtArguments(char* program) : values_{program, platform_, xcb_, nullptr} {}
+
+    int& count() { return count_; }
+    char** values() { return values_.data(); }
+
+private:
+    int count_ = 3;
+    char platform_[10] = "-platform";
+    char xcb_[4] = "xcb";
+    std::array<char*, 4> values_;
+};
 
 } // namespace
 
-int run(int argc, char** argv) {
+int run(char* program) {
     if (!hasDisplay()) {
         return refuse("there is no display to show the panel on; --dump prints a report instead");
     }
@@ -45,8 +56,11 @@ int run(int argc, char** argv) {
     if (instance.isAnother()) {
         return refuse("the panel is already running");
     }
-    chooseGraphics();
-    QGuiApplication application(argc, argv);
+    // The panel is light enough to be drawn without the graphics driver, which would be most of
+    // what the program keeps in memory.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QtArguments arguments(program);
+    const QGuiApplication application(arguments.count(), arguments.values());
     QGuiApplication::setQuitOnLastWindowClosed(false);
     SystemServices services;
     AppDelegate delegate(services);

@@ -5,6 +5,8 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <system_error>
 #include <utility>
 
@@ -21,18 +23,31 @@ constexpr std::array handled{SIGTERM, SIGINT, SIGHUP};
 int pending = -1;
 
 void note(int /*signal*/) {
-    const int before = errno;
+    const int error = errno;
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = write(pending, &one, sizeof one);
-    errno = before;
+    errno = error;
 }
 
-void handle(void (*handler)(int)) {
+/// What was done about each before.
+std::array<struct sigaction, handled.size()> before;
+
+/// Whoever started the program may have told it to go on: those are left alone.
+void takeOver() {
     struct sigaction action {};
-    action.sa_handler = handler;
+    action.sa_handler = note;
     action.sa_flags = SA_RESTART;
-    for (const int signal : handled) {
-        sigaction(signal, &action, nullptr);
+    for (std::size_t i = 0; i < handled.size(); ++i) {
+        sigaction(handled[i], nullptr, &before[i]);
+        if (before[i].sa_handler != SIG_IGN) {
+            sigaction(handled[i], &action, nullptr);
+        }
+    }
+}
+
+void putBack() {
+    for (std::size_t i = 0; i < handled.size(); ++i) {
+        sigaction(handled[i], &before[i], nullptr);
     }
 }
 
@@ -49,11 +64,11 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate) {
                          arrived_->setEnabled(false);
                          terminate();
                      });
-    handle(note);
+    takeOver();
 }
 
 TerminationSignals::~TerminationSignals() {
-    handle(SIG_DFL);
+    putBack();
     arrived_.reset();
     close(std::exchange(pending, -1));
 }

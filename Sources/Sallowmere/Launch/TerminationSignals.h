@@ -10,7 +10,7 @@
 namespace sallowmere {
 
 /// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into a call on the main
-/// thread. One at a time; the signals end the program again when this has gone.
+/// thread. Signals that were ignored stay so. One at a time; when this has gone all is as before.
 class TerminationSignals {
 public:
     /// Throws `std::system_error` when the system has no file descriptor left.

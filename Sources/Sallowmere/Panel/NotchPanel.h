@@ -21,7 +21,7 @@ public:
         bool operator==(const FrontApplication&) const = default;
     };
 
-    /// What the panel tells. Not called from within any of the operations below.
+    /// What the panel tells, also from within the operations below.
     struct Events {
         /// The pointer entered or left it, whichever application is active.
         std::function<void(bool)> hoverChanged;

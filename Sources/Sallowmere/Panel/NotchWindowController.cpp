@@ -86,6 +86,10 @@ void NotchWindowController::applyFrame(bool expanded, double contentHeight, doub
 
 void NotchWindowController::rememberFrontApplication() {
     previousApp_ = panel_.frontmost();
+    // Nobody types any more: what follows from that has been before the keyboard came.
+    if (!editing_) {
+        giveKeyboardBack();
+    }
 }
 
 void NotchWindowController::stopEditing() {

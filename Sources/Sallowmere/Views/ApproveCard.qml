@@ -47,17 +47,17 @@ Card {
         spacing: 8
 
         AnswerButton {
-            text: "Allow"
+            caption: "Allow"
             option: 1
             accent: Theme.accentGreen
         }
         AnswerButton {
-            text: "Always"
+            caption: "Always"
             option: 2
             accent: Theme.accentBlue
         }
         AnswerButton {
-            text: "Deny"
+            caption: "Deny"
             option: 3
             accent: "white"
         }
@@ -81,7 +81,7 @@ Card {
         contentItem: PlainText {
             id: label
 
-            text: button.text
+            text: button.caption
             horizontalAlignment: Text.AlignHCenter
             font.weight: Font.DemiBold
             color: button.accent

@@ -14,7 +14,7 @@ PressArea {
 
     objectName: "option"
     implicitHeight: Math.max(32, label.implicitHeight + 14)
-    text: modelData
+    caption: modelData
     help: isTyped ? `Types ${number} in the terminal` : "Jump to this session's terminal"
     baseColor: Theme.optionBackground
 

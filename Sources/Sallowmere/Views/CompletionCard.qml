@@ -10,7 +10,7 @@ PressArea {
     required property completionRow entry
     required property PanelModel panel
 
-    text: entry.title
+    caption: entry.title
     help: "Jump to this session's terminal"
     radius: Theme.cardRadius
     baseColor: Theme.cardBackground

@@ -12,8 +12,8 @@ QtObject {
     /// The control has this to say now, or nothing.
     function say(control: Item, words: string): void {
         if (words !== "") {
-            text = words
             owner = control
+            text = words
         } else if (owner === control) {
             owner = null
         }

@@ -12,7 +12,7 @@ PressArea {
     required property PanelModel panel
     readonly property int tallest: 132
 
-    text: "Plan ready for review"
+    caption: "Plan ready for review"
     help: "Jump to this session's terminal"
     radius: Theme.cardRadius
     baseColor: Theme.cardBackground

@@ -9,6 +9,8 @@ import QtQuick.Controls.Basic
 AbstractButton {
     id: area
 
+    /// What it is called. Not the button's own text, in which "&" makes a shortcut.
+    property string caption
     /// What a click does, for people.
     property string help
     property int radius: Theme.controlRadius
@@ -20,7 +22,7 @@ AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     Accessible.role: Accessible.Button
-    Accessible.name: text !== "" ? text : help
+    Accessible.name: caption !== "" ? caption : help
     Accessible.description: help
     Accessible.onPressAction: clicked()
     onWantedHelpChanged: Help.say(area, wantedHelp)

@@ -22,7 +22,11 @@ TextField {
     rightPadding: 36
     Accessible.name: placeholderText
     Accessible.onPressAction: forceActiveFocus()
-    onPressed: Keyboard.take()
+    onPressed: event => {
+        if (event.button === Qt.LeftButton) {
+            Keyboard.take()
+        }
+    }
     onFocusChanged: {
         if (focus && !Keyboard.isHeld) {
             Keyboard.take()

@@ -101,7 +101,7 @@ Item {
                 y: detail.entry.hasProcess ? (parent.height - height) / 2 : 2
                 height: 28
                 width: Math.min(implicitWidth, parent.width / 3)
-                text: detail.entry.terminal
+                caption: detail.entry.terminal
                 help: "Open this session's terminal window"
                 horizontalPadding: 8
                 onClicked: detail.panel.jump(detail.entry.id)
@@ -117,7 +117,7 @@ Item {
                     PlainText {
                         anchors.verticalCenter: parent.verticalCenter
                         width: Math.min(implicitWidth, 160)
-                        text: terminal.text
+                        text: terminal.caption
                         font.pointSize: Theme.chipSize
                         font.weight: Font.DemiBold
                         color: Theme.textSecondary

@@ -13,7 +13,7 @@ PressArea {
     /// Where the title begins.
     readonly property real inset: 16
 
-    text: entry.title
+    caption: entry.title
     Accessible.name: `${entry.title}, ${entry.status}`
     Accessible.description: entry.activity
     horizontalPadding: 4

@@ -4,6 +4,7 @@
 
 #include "Platform/X11/Compositor.h"
 #include "Platform/X11/X11Screens.h"
+#include "Platform/X11/XcbMemory.h"
 
 #include <QEasingCurve>
 #include <QGuiApplication>
@@ -76,7 +77,6 @@ X11NotchPanel::X11NotchPanel(PanelView& view, X11Events& events, X11Connection& 
 void X11NotchPanel::createWindow() {
     view_.setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
                    | Qt::X11BypassWindowManagerHint);
-    view_.setTitle(QStringLiteral("Sallowmere"));
     view_.create();
     // A window of no type would get the keyboard under XWayland. On Qt's own connection, behind
     // what makes the window.
@@ -86,7 +86,16 @@ void X11NotchPanel::createWindow() {
                         names._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, 32, 1,
                         &names._NET_WM_WINDOW_TYPE_NOTIFICATION);
     // Others are going to ask for the window on other connections.
-    free(xcb_get_input_focus_reply(qt, xcb_get_input_focus(qt), nullptr));
+    XcbMemory<xcb_get_input_focus_reply_t>(
+        xcb_get_input_focus_reply(qt, xcb_get_input_focus(qt), nullptr));
+}
+
+void X11NotchPanel::setMetrics(const NotchMetrics& metrics) {
+    view_.setMetrics(metrics);
+    // The same frame may lie elsewhere on another arrangement of screens.
+    if (view_.isVisible()) {
+        place(placed_);
+    }
 }
 
 void X11NotchPanel::setFrame(const Rect& frame, double seconds) {

@@ -26,7 +26,7 @@ public:
     X11NotchPanel(PanelView& view, X11Events& events, X11Connection& connection);
 
     void observe(Events events) override { observer_ = std::move(events); }
-    void setMetrics(const NotchMetrics& metrics) override { view_.setMetrics(metrics); }
+    void setMetrics(const NotchMetrics& metrics) override;
     Rect frame() const override { return frame_; }
     void setFrame(const Rect& frame, double seconds) override;
     void show() override;
