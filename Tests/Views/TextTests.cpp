@@ -72,6 +72,15 @@ TEST_F(Texts, OfButtonsThatTypeSaySo) {
     EXPECT_EQ(hand.find("answer3").property("help"), "Types 3 in the terminal");
 }
 
+TEST_F(Texts, OfOptionsThatNoKeyStandsForSayThatTheyLeadThere) {
+    SessionInfo asks = asking();
+    asks.ask->options = QStringList(10, QStringLiteral("Keep it"));
+    stage.scan({asks});
+    stage.open();
+    EXPECT_EQ(hand.find("option", 8).property("help"), "Types 9 in the terminal");
+    EXPECT_EQ(hand.find("option", 9).property("help"), "Jump to this session's terminal");
+}
+
 TEST_F(Texts, OfRowsAndFigures) {
     showOpen({asking(), idle()}, {}, {orphan("/home/u/scratch")});
     const auto texts = read();

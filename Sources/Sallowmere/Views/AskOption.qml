@@ -11,11 +11,13 @@ PressArea {
     required property int index
     required property bool isTyped
     readonly property int number: index + 1
+    /// No key types more than one digit.
+    readonly property bool typesNumber: isTyped && number <= 9
 
     objectName: "option"
     implicitHeight: Math.max(32, label.implicitHeight + 14)
     caption: modelData
-    help: isTyped ? `Types ${number} in the terminal` : "Jump to this session's terminal"
+    help: typesNumber ? `Types ${number} in the terminal` : "Jump to this session's terminal"
     baseColor: Theme.optionBackground
 
     contentItem: Item {
