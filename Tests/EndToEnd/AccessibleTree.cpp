@@ -35,7 +35,9 @@ std::string nameOf(AtspiAccessible* object) {
 }
 
 std::string roleOf(AtspiAccessible* object) {
-    return taken(atspi_accessible_get_role_name(object, nullptr));
+    const std::string name = taken(atspi_accessible_get_role_name(object, nullptr));
+    // Newer versions of the library call it so (2.56).
+    return name == "button" ? "push button" : name;
 }
 
 Box boxOf(AtspiAccessible* object) {
