@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/Bars.h"
 
+#include "Platform/X11/ClientWindows.h"
 #include "Platform/X11/XcbMemory.h"
 
 #include <algorithm>
@@ -44,17 +45,6 @@ void addChildren(xcb_connection_t* connection, const Windows& parents, Windows& 
     }
 }
 
-void addManaged(X11Connection& connection, Windows& windows) {
-    xcb_ewmh_get_windows_reply_t clients{};
-    if (xcb_ewmh_get_client_list_reply(
-            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
-            &clients, nullptr)
-        != 0) {
-        windows.insert(windows.end(), clients.windows, clients.windows + clients.windows_len);
-        xcb_ewmh_get_windows_reply_wipe(&clients);
-    }
-}
-
 /// All that may be bars. Not every window manager lists those among its windows, so the windows on
 /// the desktop and in frames on it count too.
 Windows candidates(X11Connection& connection) {
@@ -62,7 +52,8 @@ Windows candidates(X11Connection& connection) {
     addChildren(connection.xcb(), {connection.root()}, onDesktop);
     Windows all = onDesktop;
     addChildren(connection.xcb(), onDesktop, all);
-    addManaged(connection, all);
+    const Windows managed = ClientWindows(connection).managed();
+    all.insert(all.end(), managed.begin(), managed.end());
     std::sort(all.begin(), all.end());
     all.erase(std::unique(all.begin(), all.end()), all.end());
     return all;

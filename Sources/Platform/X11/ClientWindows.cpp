@@ -47,7 +47,6 @@ std::vector<xcb_window_t> ClientWindows::frontToBack() {
     return windows;
 }
 
-/// From back to front.
 std::vector<xcb_window_t> ClientWindows::managed() {
     xcb_ewmh_connection_t* const ewmh = connection_.ewmh();
     const int screen = connection_.screen();

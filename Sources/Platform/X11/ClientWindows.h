@@ -19,6 +19,9 @@ public:
     /// `connection` must be alive when any of these is called, and outlive this.
     explicit ClientWindows(X11Connection& connection) : connection_(connection) {}
 
+    /// All of them, from back to front as far as the window manager tells the order.
+    std::vector<xcb_window_t> managed();
+
     /// From front to back, those that the user sees now before the minimised ones and those on
     /// other desktops. Without docks, and without the desktop's own window, which are no window
     /// of any terminal. Empty without a window manager.
@@ -53,7 +56,6 @@ private:
     /// A property that holds a text, its first 16 KiB.
     std::optional<Property> text(xcb_window_t window, xcb_atom_t name);
     std::optional<std::string> decodedText(xcb_window_t window, xcb_atom_t name);
-    std::vector<xcb_window_t> managed();
     bool isFurniture(xcb_window_t window);
     bool isShown(xcb_window_t window);
     bool hasState(xcb_window_t window, xcb_atom_t state);

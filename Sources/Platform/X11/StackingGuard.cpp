@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/StackingGuard.h"
 
+#include "Platform/X11/ClientWindows.h"
 #include "Platform/X11/XcbMemory.h"
 
 #include <algorithm>
@@ -90,19 +91,6 @@ private:
     XcbMemory<xcb_query_tree_reply_t> tree_;
 };
 
-std::vector<xcb_window_t> managedWindows(X11Connection& connection) {
-    xcb_ewmh_get_windows_reply_t list{};
-    if (xcb_ewmh_get_client_list_reply(
-            connection.ewmh(), xcb_ewmh_get_client_list(connection.ewmh(), connection.screen()),
-            &list, nullptr)
-        == 0) {
-        return {};
-    }
-    std::vector<xcb_window_t> windows(list.windows, list.windows + list.windows_len);
-    xcb_ewmh_get_windows_reply_wipe(&list);
-    return windows;
-}
-
 } // namespace
 
 StackingGuard::StackingGuard(X11Events& events, X11Connection& connection, xcb_window_t window)
@@ -153,7 +141,7 @@ bool StackingGuard::isCovered() {
     if (answers.size() < 2 || !answers.front().isSeen()) {
         return false;
     }
-    const std::vector<xcb_window_t> managed = managedWindows(connection_);
+    const std::vector<xcb_window_t> managed = ClientWindows(connection_).managed();
     return std::any_of(answers.begin() + 1, answers.end(), [&](const Answer& other) {
         return other.isSeen() && other.box().intersects(answers.front().box())
                && other.holdsOneOf(managed);

@@ -42,6 +42,9 @@ bool hasXfixes(xcb_connection_t* connection) {
 } // namespace
 
 X11Events::X11Events(const std::string& display) {
+    unread_.setSingleShot(true);
+    unread_.setInterval(0);
+    connect(&unread_, &QTimer::timeout, this, &X11Events::dispatch);
     int screen = 0;
     connection_ = xcb_connect(display.empty() ? nullptr : display.c_str(), &screen);
     if (xcb_connection_has_error(connection_) == 0) {
@@ -83,7 +86,7 @@ void X11Events::select(xcb_window_t window, std::uint32_t events) {
     xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &events);
     xcb_flush(connection_);
     // While it writes, what the server has to tell may be read, which nobody would be woken for.
-    QMetaObject::invokeMethod(this, &X11Events::dispatch, Qt::QueuedConnection);
+    unread_.start();
 }
 
 void X11Events::announce(const xcb_generic_event_t* event) {

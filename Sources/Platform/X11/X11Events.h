@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <cstdint>
 #include <memory>
@@ -47,6 +48,8 @@ private:
     /// Of the event about the compositor; none where the server cannot tell.
     std::optional<int> compositorEvent_;
     std::unique_ptr<QSocketNotifier> readable_;
+    /// Fires when something may have been read that nobody was woken for.
+    QTimer unread_;
 };
 
 /// The event as what it is; null when it is of another kind.
