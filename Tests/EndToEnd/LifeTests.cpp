@@ -1,11 +1,24 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
 #include "EndToEnd/EndToEndTest.h"
+#include "System/NewFileMask.h"
+
+#include <filesystem>
+#include <map>
+#include <set>
 
 namespace sallowmere {
 namespace {
 
+namespace fs = std::filesystem;
+
 using testing::HasSubstr;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+std::set<fs::path> tree(const fs::path& root) {
+    return {fs::recursive_directory_iterator(root), fs::recursive_directory_iterator()};
+}
 
 /// How the program starts and how it ends.
 class Life : public EndToEndTest {
@@ -57,6 +70,28 @@ TEST_F(Life, StartsOnlyOnce) {
     EXPECT_EQ(desk().program->waitForEnd().status, 1);
     EXPECT_EQ(desk().program->errors(), "sallowmere: the panel is already running\n");
     EXPECT_FALSE(first->hasEnded());
+}
+
+TEST_F(Life, WritesToItsOwnDirectoryOnlyAndForTheUserAlone) {
+    const NewFileMask everybody(0);
+    const fs::path home = desk().home.directory().path();
+    fs::remove_all(home / ".config");
+    std::set<fs::path> others = tree(home);
+    // What it complains about goes there.
+    others.insert(home / "panel-errors");
+    desk().startPanel().enter();
+    desk().panel->atRest("Lantern, done");
+    std::map<fs::path, fs::perms> written;
+    for (const fs::path& path : tree(home)) {
+        if (!others.contains(path)) {
+            written[fs::relative(path, home)] = fs::status(path).permissions();
+        }
+    }
+    const fs::perms file = fs::perms::owner_read | fs::perms::owner_write;
+    EXPECT_THAT(written, UnorderedElementsAre(Pair(".config", fs::perms::owner_all),
+                                              Pair(".config/sallowmere", fs::perms::owner_all),
+                                              Pair(".config/sallowmere/panel.lock", file),
+                                              Pair(".config/sallowmere/settings.json", file)));
 }
 
 TEST_F(Life, SaysThatItNeedsADisplay) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Linux/LinuxFileSystem.h"
 #include "Sallowmere/Settings/Settings.h"
+#include "System/NewFileMask.h"
 #include "System/Unprivileged.h"
 
 #include <QTemporaryDir>
@@ -24,6 +25,8 @@ constexpr std::string_view settingsTemplate =
 
 const std::string three = R"({"maxSessions":3})";
 const std::string four = R"({"maxSessions":4})";
+
+constexpr fs::perms userOnly = fs::perms::owner_read | fs::perms::owner_write;
 
 class SettingsFile : public testing::Test {
 protected:
@@ -52,6 +55,27 @@ TEST_F(SettingsFile, IsWrittenFromTheTemplateWhenMissing) {
     Settings::writeTemplateIfMissing(home);
     EXPECT_EQ(content(path), settingsTemplate);
     EXPECT_EQ(load(), Settings::defaults(home));
+}
+
+TEST_F(SettingsFile, IsTheUsersAloneHoweverItCame) {
+    const NewFileMask everybody(0);
+    Settings::writeTemplateIfMissing(home);
+    EXPECT_EQ(fs::status(path).permissions(), userOnly);
+    EXPECT_EQ(fs::status(path.parent_path()).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(path.parent_path().parent_path()).permissions(), fs::perms::owner_all);
+    fs::remove_all(path.parent_path());
+    write(legacy, three);
+    load();
+    EXPECT_EQ(fs::status(path).permissions(), userOnly);
+    EXPECT_EQ(fs::status(path.parent_path()).permissions(), fs::perms::owner_all);
+}
+
+TEST_F(SettingsFile, LeavesTheDirectoriesThatAreThereAsTheyAre) {
+    fs::create_directories(path.parent_path());
+    fs::permissions(path.parent_path(), fs::perms::owner_all | fs::perms::group_read);
+    Settings::writeTemplateIfMissing(home);
+    EXPECT_EQ(fs::status(path.parent_path()).permissions(),
+              fs::perms::owner_all | fs::perms::group_read);
 }
 
 TEST_F(SettingsFile, IsNeverWrittenOver) {

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Sallowmere/Launch/RunningInstance.h"
 
-#include <filesystem>
-#include <system_error>
+#include "Sallowmere/Settings/PrivateFiles.h"
 
 namespace sallowmere {
 
@@ -11,8 +10,7 @@ namespace {
 
 QString lockPath(const std::string& home) {
     const std::string directory = home + "/.config/sallowmere";
-    std::error_code ignored;
-    std::filesystem::create_directories(directory, ignored);
+    PrivateFiles::createDirectories(directory);
     return QString::fromStdString(directory + "/panel.lock");
 }
 
@@ -21,7 +19,11 @@ QString lockPath(const std::string& home) {
 RunningInstance::RunningInstance(const std::string& home) : lock_(lockPath(home)) {
     // It belongs to a process, however old it is.
     lock_.setStaleLockTime(0);
-    isAnother_ = !lock_.tryLock() && lock_.error() == QLockFile::LockFailedError;
+    if (lock_.tryLock()) {
+        PrivateFiles::makePrivate(lock_.fileName().toStdString());
+    } else {
+        isAnother_ = lock_.error() == QLockFile::LockFailedError;
+    }
 }
 
 } // namespace sallowmere

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Sallowmere/Settings/Settings.h"
 
+#include "Sallowmere/Settings/PrivateFiles.h"
 #include "Sallowmere/Text/Json.h"
 #include "Sallowmere/Text/Paths.h"
 #include "Sallowmere/Transcripts/JSONLine.h"
@@ -17,6 +18,7 @@ namespace sallowmere {
 
 namespace {
 
+constexpr std::string_view settingsDirectory = ".config/sallowmere";
 constexpr std::string_view settingsPath = ".config/sallowmere/settings.json";
 constexpr std::string_view legacyPath = ".config/velm-askrow/settings.json";
 
@@ -36,11 +38,6 @@ constexpr std::string_view settingsTemplate = R"({
 bool exists(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::exists(path, ignored);
-}
-
-void createParentDirectories(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
 }
 
 /// Takes a number between the bounds; a value of another type changes nothing.
@@ -146,8 +143,9 @@ void Settings::writeTemplateIfMissing(const std::string& home) {
     if (exists(path)) {
         return;
     }
-    createParentDirectories(path);
+    PrivateFiles::createDirectories(joinPath(home, settingsDirectory));
     std::ofstream(path, std::ios::binary) << settingsTemplate;
+    PrivateFiles::makePrivate(path);
 }
 
 void Settings::migrateLegacySettingsIfNeeded(const std::string& home) {
@@ -156,9 +154,11 @@ void Settings::migrateLegacySettingsIfNeeded(const std::string& home) {
     if (exists(path) || !exists(legacy)) {
         return;
     }
-    createParentDirectories(path);
+    PrivateFiles::createDirectories(joinPath(home, settingsDirectory));
     std::error_code ignored;
-    std::filesystem::copy_file(legacy, path, ignored);
+    if (std::filesystem::copy_file(legacy, path, ignored)) {
+        PrivateFiles::makePrivate(path);
+    }
 }
 
 } // namespace sallowmere
