@@ -7,6 +7,7 @@
 #include "Sallowmere/Sessions/SessionScanner.h"
 #include "Sallowmere/Settings/Settings.h"
 #include "Sallowmere/Text/Characters.h"
+#include "Sallowmere/Text/StrangersText.h"
 #include "Sallowmere/Usage/TimeFormat.h"
 #include "Sallowmere/Usage/UsageCalculator.h"
 
@@ -123,7 +124,7 @@ Model collect(const FileSystem& files, const ProcessTable& processes, const Cloc
     return model;
 }
 
-std::string report(const Model& model) {
+std::string report(const Model& model, Target target) {
     QStringList lines{
         QStringLiteral("claude binary: ")
         + (model.claudeBinary ? decodeUtf8(*model.claudeBinary) : QStringLiteral("NOT FOUND"))};
@@ -134,6 +135,9 @@ std::string report(const Model& model) {
     lines.append(windowLine(QStringLiteral("7d"), model.usage.weekly));
     for (const SessionInfo& session : model.sessions) {
         appendSession(session, lines);
+    }
+    if (target == Target::terminal) {
+        std::transform(lines.cbegin(), lines.cend(), lines.begin(), StrangersText::forTerminal);
     }
     return lines.join(u'\n').append(u'\n').toStdString();
 }

@@ -33,9 +33,13 @@ struct Model {
 Model collect(const FileSystem& files, const ProcessTable& processes, const Clock& clock,
               const std::string& home);
 
+/// Where the report goes: bytes that somebody else reads, or a terminal, which gets harmless marks
+/// instead of what it would take for commands.
+enum class Target { bytes, terminal };
+
 /// The report in UTF-8. Ends the program when a figure fits no 64-bit integer rather than print a
 /// wrong one.
-std::string report(const Model& model);
+std::string report(const Model& model, Target target = Target::bytes);
 
 } // namespace DiagnosticDump
 

@@ -12,6 +12,8 @@
 #include <span>
 #include <string>
 
+#include <unistd.h>
+
 using namespace sallowmere;
 
 namespace {
@@ -20,7 +22,9 @@ int dump() {
     const LinuxFileSystem files;
     const LinuxProcessTable processes;
     const std::string report = DiagnosticDump::report(
-        DiagnosticDump::collect(files, processes, linuxClock(), homeDirectory()));
+        DiagnosticDump::collect(files, processes, linuxClock(), homeDirectory()),
+        isatty(STDOUT_FILENO) != 0 ? DiagnosticDump::Target::terminal
+                                   : DiagnosticDump::Target::bytes);
     const bool written = std::fwrite(report.data(), 1, report.size(), stdout) == report.size()
                          && std::fflush(stdout) == 0;
     if (!written) {

@@ -11,6 +11,7 @@
 namespace sallowmere {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 
 const QString combiningAcute(QChar(0x0301));
@@ -56,6 +57,16 @@ TEST_F(PromptSending, StartsTheAssistantWithItsArguments) {
                                                "e\"\n"));
     EXPECT_EQ(program.keptErrorBytes, 65'536U);
     EXPECT_TRUE(completions.empty());
+}
+
+TEST_F(PromptSending, TakesNoOptionForASessionsId) {
+    for (const char* id : {"--dangerously-skip-permissions", "-p", "-"}) {
+        session.sessionId = QString::fromUtf8(id);
+        send();
+    }
+    EXPECT_TRUE(programs.started.empty());
+    EXPECT_THAT(completions, Each("claude cannot resume a session with such an id"));
+    EXPECT_EQ(completions.size(), 3U);
 }
 
 TEST_F(PromptSending, HandsOverItsEnvironmentWithAPathOfItsOwn) {

@@ -347,5 +347,33 @@ TEST(DiagnosticDumpSession, StandsInTheOrderOfTheScan) {
                                    "\n[idle] third  <Opus|web>\n");
 }
 
+TEST(DiagnosticDumpTarget, GetsMarksOnATerminalAndTheBytesElsewhere) {
+    Model model = emptyModel();
+    SessionInfo session = plainSession();
+    session.title = QStringLiteral("\x1B[2J\u202Esly");
+    session.lastPrompt = QStringLiteral("one\ntwo");
+    session.ask = AskQuestion{QStringLiteral("q\x07"), {QStringLiteral("o\r")}};
+    model.sessions = {session};
+    model.orphans = {process(7, 0)};
+    model.orphans.front().cwd = QStringLiteral("/tmp/\x9B"
+                                               "1m");
+    const std::string exact = report(model);
+    EXPECT_EQ(report(model, DiagnosticDump::Target::bytes), exact);
+    for (const char* raw : {"\x1B[2J\u202Esly", "one\ntwo", "q\x07 [\"o\r\"]", "/tmp/\u009B"}) {
+        EXPECT_THAT(exact, HasSubstr(raw));
+    }
+    const std::string shown = report(model, DiagnosticDump::Target::terminal);
+    for (const char* mark : {"[idle] ␛[2J�sly  <", "  you: one␊two\n", "  ASK: q␇ [\"o␍\"]\n",
+                             "orphan process: pid 7 /tmp/�1m "}) {
+        EXPECT_THAT(shown, HasSubstr(mark));
+    }
+}
+
+TEST(DiagnosticDumpTarget, MakesNoDifferenceForHarmlessTexts) {
+    Model model = emptyModel();
+    model.sessions = {plainSession(), plainSession()};
+    EXPECT_EQ(report(model, DiagnosticDump::Target::terminal), report(model));
+}
+
 } // namespace
 } // namespace sallowmere

@@ -11,6 +11,9 @@
 #include <fstream>
 #include <sstream>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace sallowmere {
 namespace {
 
@@ -72,6 +75,25 @@ TEST(Executable, PrintsTheReportWhenItIsCalledByThatName) {
     const Outcome outcome = run({SALLOWMERE_EXECUTABLE, {"--dump"}, {"HOME=" + home.path()}, {}});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.output, isReport());
+}
+
+TEST(Executable, PrintsHarmlessMarksOnATerminal) {
+    const TemporaryHome home;
+    home.addSession("p", R"(\u001b]0;sly\u0007)", "/w");
+    EXPECT_THAT(dump(home.path()), HasSubstr("] \x1B]0;sly\x07  <"));
+
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    const Outcome outcome =
+        run({"/bin/sh",
+             {"sh", "-c", R"(exec "$0" --dump >"$1")", SALLOWMERE_EXECUTABLE, ptsname(terminal)},
+             {"HOME=" + home.path(), "PATH=/usr/bin:/bin"},
+             {}});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    char printed[4'096] = {};
+    EXPECT_GT(read(terminal, printed, sizeof printed - 1), 0);
+    close(terminal);
+    EXPECT_THAT(printed, HasSubstr("] ␛]0;sly␇  <"));
 }
 
 TEST(Executable, PrintsNoReportForAnotherWord) {

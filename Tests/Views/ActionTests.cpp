@@ -45,6 +45,17 @@ TEST_F(Actions, OfAnOptionWorkAtItsEdges) {
     EXPECT_THAT(stage.keystrokes.typed, ElementsAre(3));
 }
 
+TEST_F(Actions, OfManyOptionsAreTheirAnswersToo) {
+    SessionInfo info = asking();
+    while (info.ask->options.size() < 1'000) {
+        info.ask->options.push_back("more");
+    }
+    showOpen({info});
+    click("option", 1);
+    wait();
+    EXPECT_THAT(stage.keystrokes.typed, ElementsAre(2));
+}
+
 TEST_F(Actions, OfPermissionsAreTyped) {
     for (int option = 1; option <= 3; ++option) {
         showOpen({working()}, {request()});

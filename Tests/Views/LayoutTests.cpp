@@ -176,6 +176,20 @@ TEST_F(Layout, ScrollsFortyOptionsWithTheList) {
     EXPECT_TRUE(hand.waitFor([&] { return placeOf("option").top() < top; }));
 }
 
+TEST_F(Layout, MakesOfTenThousandOptionsWhatIsInSight) {
+    SessionInfo info = asking();
+    info.ask->options.clear();
+    for (int number = 1; number <= 10'000; ++number) {
+        info.ask->options.push_back(QStringLiteral("Option %1").arg(number));
+    }
+    showOpen({info});
+    EXPECT_EQ(hand.text("optionLabel"), "Option 1");
+    EXPECT_LT(hand.all("option").size(), 100U);
+    hand.wheel(hand.find("manyOptions"), 4'000);
+    EXPECT_TRUE(hand.waitFor([&] { return hand.text("optionLabel") != "Option 1"; }));
+    EXPECT_EQ("Option " + hand.text("number"), hand.text("optionLabel"));
+}
+
 TEST_F(Layout, OfDetailsIsBelowTheirRow) {
     showDetails(detailed(false));
     EXPECT_GE(placeOf("log").top(), placeOf("row").bottom());

@@ -99,6 +99,7 @@ TEST_F(Stability, OfOptionsUnderThePointerAndTheKeyboard) {
     stage.open();
     const QPointer<QQuickItem> option = &hand.find("option", 1);
     hand.point(*option);
+    ASSERT_TRUE(hand.waitFor([&] { return option->property("hovered").toBool(); }));
     option->forceActiveFocus(Qt::TabFocusReason);
     refresh();
     ASSERT_EQ(&hand.find("option", 1), option);

@@ -214,13 +214,29 @@ TEST_F(Texts, OfStrangersAreNoMarkupAndReorderNothing) {
     asked.message = sly;
     showOpen({info}, {asked});
     for (const char* name : {"title", "question", "optionLabel", "message"}) {
-        EXPECT_EQ(hand.text(name), sly) << name;
+        EXPECT_EQ(hand.text(name), "<b>x</b> �evil�� [y](http://z)") << name;
         EXPECT_EQ(hand.find(name).property("textFormat").toInt(), Qt::PlainText) << name;
     }
     // An item of its own, beside the label.
     EXPECT_EQ(hand.text("number"), "1");
     EXPECT_LT(PanelHand::place(hand.find("number")).right(),
               PanelHand::place(hand.find("optionLabel")).left());
+}
+
+TEST_F(Texts, OfEndlessLengthAreShownAsFarAsTheyFit) {
+    const QString endless(10'000'000, u'x');
+    SessionInfo info = asking();
+    info.title = info.ask->question = endless;
+    info.lastPrompt = info.activity = info.projectName = endless;
+    info.plan = endless;
+    info.ask->options = {endless};
+    PermissionRequest asked = request();
+    asked.message = endless;
+    showOpen({info}, {asked});
+    for (const char* name : {"title", "question", "optionLabel", "message"}) {
+        EXPECT_LT(hand.text(name).size(), 2'100U) << name;
+        EXPECT_LE(PanelHand::place(hand.find(name)).right(), stage.view().width()) << name;
+    }
 }
 
 } // namespace

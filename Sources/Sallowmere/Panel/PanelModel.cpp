@@ -3,6 +3,7 @@
 #include "Sallowmere/Panel/PanelModel.h"
 
 #include "Sallowmere/Panel/PanelContent.h"
+#include "Sallowmere/Text/StrangersText.h"
 
 #include <QPointer>
 
@@ -108,8 +109,7 @@ void PanelModel::refreshCards(const std::vector<SessionInfo>& ordered) {
     show(ask_, asking ? AskRow::of(*asking, isTypedInto(*asking)) : AskRow(),
          &PanelModel::askChanged);
     const auto planning = PanelContent::planning(ordered);
-    show(plan_, planning ? PlanRow{planning->id, planning->plan.value()} : PlanRow(),
-         &PanelModel::planChanged);
+    show(plan_, planning ? PlanRow::of(*planning) : PlanRow(), &PanelModel::planChanged);
 }
 
 ApprovalRow PanelModel::approval(const PermissionRequest& request) const {
@@ -118,7 +118,8 @@ ApprovalRow PanelModel::approval(const PermissionRequest& request) const {
         std::find_if(sessions.begin(), sessions.end(), [&](const SessionInfo& candidate) {
             return candidate.sessionId == request.sessionId;
         });
-    return {request.id, request.message, session != sessions.end() && isTypedInto(*session)};
+    return {request.id, StrangersText::forPanel(request.message),
+            session != sessions.end() && isTypedInto(*session)};
 }
 
 bool PanelModel::isTypedInto(const SessionInfo& session) const {

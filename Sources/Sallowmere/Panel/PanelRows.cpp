@@ -7,13 +7,20 @@
 #include "Sallowmere/Panel/UsageDisplay.h"
 #include "Sallowmere/Text/Numbers.h"
 #include "Sallowmere/Text/Paths.h"
+#include "Sallowmere/Text/StrangersText.h"
 #include "Sallowmere/Usage/TimeFormat.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sallowmere {
 
 namespace {
+
+using StrangersText::forPanel;
+
+/// UTF-16 units: more than anybody reads in a field of eight lines.
+constexpr qsizetype mostOfPlan = 50'000;
 
 QString share(double percent) {
     return fixed(percent, 0) + u'%';
@@ -54,19 +61,20 @@ double doneShare(const TodoProgress& todo) {
 } // namespace
 
 LogRow LogRow::of(const LogEvent& event) {
-    return {event.label, event.kind == LogEvent::Kind::text};
+    return {forPanel(event.label), event.kind == LogEvent::Kind::text};
 }
 
 SessionRow SessionRow::of(const SessionInfo& session, bool isPrompting,
                           const QString& promptError) {
     SessionRow row;
     row.id = session.id;
-    row.title = session.title;
-    row.project = session.projectName;
-    row.badge = session.modelBadge;
+    row.title = forPanel(session.title);
+    row.project = forPanel(session.projectName);
+    row.badge = forPanel(session.modelBadge);
     row.status = rawValue(session.status);
-    row.lastPrompt = session.lastPrompt ? QStringLiteral("You: ") + *session.lastPrompt : QString();
-    row.activity = session.activity.value_or(QString());
+    row.lastPrompt =
+        session.lastPrompt ? forPanel(QStringLiteral("You: ") + *session.lastPrompt) : QString();
+    row.activity = forPanel(session.activity.value_or(QString()));
     if (session.todo) {
         row.hasTodo = true;
         row.todoShare = doneShare(*session.todo);
@@ -82,21 +90,28 @@ SessionRow SessionRow::of(const SessionInfo& session, bool isPrompting,
         row.terminal = session.process->terminalName.value_or(row.terminal);
     }
     row.isPrompting = isPrompting;
-    row.promptError = promptError;
+    row.promptError = forPanel(promptError);
     return row;
 }
 
 CompletionRow CompletionRow::of(const SessionInfo& session) {
-    return {session.id, session.title};
+    return {session.id, forPanel(session.title)};
 }
 
 AskRow AskRow::of(const SessionInfo& session, bool isTyped) {
     const AskQuestion ask = session.ask.value_or(AskQuestion());
-    return {session.id, ask.question, ask.options, PanelContent::askHint(isTyped), isTyped};
+    QStringList options;
+    std::transform(ask.options.begin(), ask.options.end(), std::back_inserter(options),
+                   [](const QString& option) { return forPanel(option); });
+    return {session.id, forPanel(ask.question), options, PanelContent::askHint(isTyped), isTyped};
+}
+
+PlanRow PlanRow::of(const SessionInfo& session) {
+    return {session.id, forPanel(session.plan.value(), mostOfPlan)};
 }
 
 ProcessRow ProcessRow::of(const ClaudeProcess& process) {
-    return {process.cwd ? lastPathComponent(QStringView(*process.cwd)).toString()
+    return {process.cwd ? forPanel(lastPathComponent(QStringView(*process.cwd)).toString())
                         : QStringLiteral("claude"),
             QStringLiteral("pid ") + QString::number(process.pid), share(process.cpuPercent),
             process.elapsed};

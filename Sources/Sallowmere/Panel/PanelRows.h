@@ -138,6 +138,8 @@ public:
     QString id;
     QString markdown;
 
+    /// Of a session that has one.
+    static PlanRow of(const SessionInfo& session);
     bool operator==(const PlanRow&) const = default;
 };
 

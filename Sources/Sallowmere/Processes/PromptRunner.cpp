@@ -115,6 +115,11 @@ void send(const QString& prompt, const SessionInfo& session, const Settings& set
             QStringLiteral("claude binary not found — set \"claudeBinary\" in settings.json"));
         return;
     }
+    // It would be taken for an option, whatever that one allows.
+    if (session.sessionId.startsWith(u'-')) {
+        completion(QStringLiteral("claude cannot resume a session with such an id"));
+        return;
+    }
     const QStringList arguments =
         buildArguments(prompt, session.sessionId, settings.resumePermissionMode);
     const std::optional<std::string> failure =

@@ -26,19 +26,11 @@ Card {
         maximumLineCount: 12
         font.pointSize: Theme.titleSize
     }
-    Column {
+    AskOptions {
         width: parent.width
-        spacing: 4
-
-        Repeater {
-            model: card.entry.options
-
-            AskOption {
-                width: parent.width
-                isTyped: card.entry.isTyped
-                onClicked: card.panel.answer(card.entry.id, number)
-            }
-        }
+        labels: card.entry.options
+        isTyped: card.entry.isTyped
+        onChosen: number => card.panel.answer(card.entry.id, number)
     }
     PlainText {
         objectName: "hint"
