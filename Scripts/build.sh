@@ -8,9 +8,11 @@
 sourceRoot=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 
 # buildPreset NAME: returns when build/NAME is up to date. Two at a time wait for each other.
+# The benchmarks are built beside the program that they measure, in build/release.
 buildPreset() {
     local preset=$1
-    local directory=$sourceRoot/build/$preset
+    local name=build/${preset/#bench/release}
+    local directory=$sourceRoot/$name
     requireWritable "$directory"
     (
         flock 9
@@ -33,18 +35,20 @@ requireWritable() {
 isConfigured() {
     [[ -f $directory/build.ninja
         && $directory/build.ninja -nt $sourceRoot/CMakePresets.json ]] \
-        && grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$sourceRoot" "$directory/CMakeCache.txt"
+        && grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$sourceRoot" "$directory/CMakeCache.txt" \
+        && { [[ $preset != bench ]] \
+            || grep -qxF "SALLOWMERE_BENCHMARKS:BOOL=ON" "$directory/CMakeCache.txt"; }
 }
 
 configure() {
-    say "configuring and building build/$preset; the first time this takes a minute or two"
-    quietly "build/$preset could not be configured" \
+    say "configuring and building $name; the first time this takes a minute or two"
+    quietly "$name could not be configured" \
         cmake -S "$sourceRoot" --preset "$preset" --fresh
 }
 
 compile() {
     # The preset says what of it.
-    quietly "build/$preset could not be built" cmake --build --preset "$preset" -- --quiet
+    quietly "$name could not be built" cmake --build --preset "$preset" -- --quiet
 }
 
 # quietly COMPLAINT COMMAND...: shows what the command says only if it fails.
