@@ -30,8 +30,7 @@
     packagesToPackage=(dpkg-dev)
     packagesToProve=(debootstrap git)
     # A desktop to try the package on.
-    packagesToTryPackage=(
-        imagemagick man-db openbox x11-utils x11-xserver-utils xdotool xvfb)
+    packagesToTryPackage=(imagemagick man-db openbox x11-utils x11-xserver-utils xdotool xvfb)
 }
 
 say() {

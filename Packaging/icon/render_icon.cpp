@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // render-icon SVG PIXELS PNG: draws a picture as a square of so many pixels.
+#include <QByteArray>
 #include <QImage>
 #include <QPainter>
 #include <QString>
@@ -35,7 +36,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: render-icon SVG PIXELS PNG\n", stderr);
         return 2;
     }
-    if (!sallowmere::render(QString::fromLocal8Bit(argv[1]), std::atoi(argv[2]),
+    if (!sallowmere::render(QString::fromLocal8Bit(argv[1]), QByteArray(argv[2]).toInt(),
                             QString::fromLocal8Bit(argv[3]))) {
         std::fprintf(stderr, "render-icon: cannot draw %s\n", argv[1]);
         return EXIT_FAILURE;
