@@ -65,7 +65,7 @@ TEST(Metadata, CopyrightHoldsTheLicenceWordForWord) {
 
 TEST(Metadata, PagesOfTheManualAreWithoutWarnings) {
     const Installation installation;
-    for (const std::string program : {"sallowmere", "sallowmere-notify"}) {
+    for (const std::string program : {"sallowmere", "sallowmere-hook", "sallowmere-notify"}) {
         const Outcome outcome = runProgram(
             "mandoc", {"-Tlint", "-Wwarning", installation / ("share/man/man1/" + program + ".1")});
         EXPECT_EQ(outcome.exitStatus, 0);
