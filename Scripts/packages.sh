@@ -13,21 +13,25 @@
         libxcb-xtest0-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev ninja-build pkgconf
         qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev xkb-data)
     packagesToRun=(
-        libcanberra-pulse procps qml6-module-qtqml qml6-module-qtqml-models
+        ca-certificates libcanberra-pulse procps qml6-module-qtqml qml6-module-qtqml-models
         qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
         qml6-module-qtquick-shapes qml6-module-qtquick-templates qml6-module-qtquick-window
         sound-theme-freedesktop xdg-utils)
     packagesToTest=(
-        at-spi2-core dbus-daemon foot gnome-keyring i3-wm kwin-x11 libatspi2.0-dev libgcrypt20-dev
-        libglib2.0-dev libgmock-dev libgtest-dev libxcb-randr0-dev libxcb-shape0-dev locales mutter
-        openbox openssl pulseaudio pulseaudio-utils rxvt-unicode sway x11-utils x11-xkb-utils
-        x11-xserver-utils xfconf xfwm4 xterm xvfb xwayland)
+        appstream at-spi2-core dbus-daemon desktop-file-utils foot gnome-keyring i3-wm kwin-x11
+        libatspi2.0-dev libgcrypt20-dev libglib2.0-dev libgmock-dev libgtest-dev libxcb-randr0-dev
+        libxcb-shape0-dev locales mandoc mutter openbox openssl pulseaudio pulseaudio-utils
+        rxvt-unicode sway x11-utils x11-xkb-utils x11-xserver-utils xfconf xfwm4 xterm xvfb
+        xwayland)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
     # Also the panels that people use, to compare with.
     packagesToMeasure=(
         conky-std libbenchmark-dev libxcb-damage0-dev lxqt-panel openbox polybar tint2 xvfb)
+    packagesToPackage=(dpkg-dev)
     packagesToProve=(debootstrap git)
+    # A desktop to try the package on.
+    packagesToTryPackage=(imagemagick man-db openbox x11-utils x11-xserver-utils xdotool xvfb)
 }
 
 say() {
