@@ -23,7 +23,9 @@ TEST(StrangersText, IsShownAsItIsWhenNothingInItActs) {
 }
 
 TEST(StrangersText, MovesNothingInThePanel) {
-    EXPECT_EQ(utf8(forPanel("a" + reordering + "b\nc\t")), "a���������b\nc\t");
+    EXPECT_EQ(utf8(forPanel("a" + reordering + "b")), "a���������b");
+    EXPECT_EQ(utf8(forPanel("a\nb\tc")), "a\nb\tc");
+    EXPECT_EQ(utf8(forPanel(QStringLiteral("\x1B[1m\r\b\x7F\u009B\u2028"))), "␛[1m␍␈␡��");
 }
 
 TEST(StrangersText, MovesNothingOnATerminal) {

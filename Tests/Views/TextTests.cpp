@@ -223,6 +223,24 @@ TEST_F(Texts, OfStrangersAreNoMarkupAndReorderNothing) {
               PanelHand::place(hand.find("optionLabel")).left());
 }
 
+TEST_F(Texts, OfAnyCharactersFit) {
+    const QString zalgo = QStringLiteral("Z\u0301\u0302\u0316\u0323").repeated(300);
+    for (const QString& odd :
+         {QStringLiteral("\x1B]0;sly\x07\x1B[2J\u009B31m"),
+          QStringLiteral("one\ntwo\r\nthree\tfour"), QStringLiteral("\u202E").repeated(80),
+          QStringLiteral("\u2028\u2029\u0085x"), zalgo, QString(80, QChar(u'\0'))}) {
+        SCOPED_TRACE(utf8(odd));
+        SessionInfo info = asking();
+        info.title = info.projectName = odd;
+        info.lastPrompt = info.activity = info.ask->question = odd;
+        info.ask->options = {odd, odd};
+        showOpen({info, titled("other", qPrintable(odd), 1s)});
+        for (const char* name : {"title", "optionLabel", "lastPrompt", "activity"}) {
+            EXPECT_LE(PanelHand::place(hand.find(name)).right(), stage.view().width()) << name;
+        }
+    }
+}
+
 TEST_F(Texts, OfEndlessLengthAreShownAsFarAsTheyFit) {
     const QString endless(10'000'000, u'x');
     SessionInfo info = asking();

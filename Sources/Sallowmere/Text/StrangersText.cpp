@@ -16,15 +16,31 @@ bool isBetween(QChar c, char16_t first, char16_t last) {
     return c >= QChar(first) && c <= QChar(last);
 }
 
-QChar onTerminal(QChar c) {
-    if (isBetween(c, 0x00, 0x1F)) {
+bool acts(QChar c) {
+    return isBetween(c, 0x00, 0x1F) || isBetween(c, 0x7F, 0x9F) || isBetween(c, 0x2028, 0x2029)
+           || reorders(c);
+}
+
+bool actsInPanel(QChar c) {
+    return acts(c) && c != u'\n' && c != u'\t';
+}
+
+/// Of a character that acts.
+QChar mark(QChar c) {
+    if (c < QChar(0x20)) {
         return QChar(pictures + c.unicode());
     }
-    if (c == QChar(0x7F)) {
-        return QChar(pictureOfDelete);
+    return c == QChar(0x7F) ? QChar(pictureOfDelete) : QChar(QChar::ReplacementCharacter);
+}
+
+template <typename Predicate>
+QString marked(QString text, Predicate predicate) {
+    // Most texts have none, and stay shared.
+    if (std::any_of(text.cbegin(), text.cend(), predicate)) {
+        std::transform(text.cbegin(), text.cend(), text.begin(),
+                       [&](QChar c) { return predicate(c) ? mark(c) : c; });
     }
-    const bool breaksLine = isBetween(c, 0x2028, 0x2029);
-    return isBetween(c, 0x80, 0x9F) || breaksLine || reorders(c) ? QChar::ReplacementCharacter : c;
+    return text;
 }
 
 QString cut(QString text, qsizetype most) {
@@ -42,16 +58,11 @@ bool reorders(QChar c) {
 }
 
 QString forPanel(QString text, qsizetype most) {
-    text = cut(std::move(text), most);
-    if (std::any_of(text.cbegin(), text.cend(), reorders)) {
-        std::replace_if(text.begin(), text.end(), reorders, QChar(QChar::ReplacementCharacter));
-    }
-    return text;
+    return marked(cut(std::move(text), most), actsInPanel);
 }
 
 QString forTerminal(QString line) {
-    std::transform(line.cbegin(), line.cend(), line.begin(), onTerminal);
-    return line;
+    return marked(std::move(line), acts);
 }
 
 } // namespace sallowmere::StrangersText
