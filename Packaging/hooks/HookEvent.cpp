@@ -4,6 +4,7 @@
 
 #include "Sallowmere/Text/Characters.h"
 #include "Sallowmere/Text/Json.h"
+#include "Sallowmere/Text/StrangersText.h"
 #include "Sallowmere/Transcripts/TranscriptParser.h"
 
 #include <algorithm>
@@ -26,13 +27,9 @@ bool isOneOf(std::string_view name, const std::array<std::string_view, count>& n
 }
 
 /// A reordered command would look like another one.
-bool reorders(QChar c) {
-    return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
-}
-
 bool isShown(QChar c) {
     return c.category() != QChar::Other_Control && c.category() != QChar::Separator_Line
-           && c.category() != QChar::Separator_Paragraph && !reorders(c);
+           && c.category() != QChar::Separator_Paragraph && !StrangersText::reorders(c);
 }
 
 /// Empty when the tool has no name.
