@@ -12,7 +12,7 @@ namespace sallowmere {
 /// then nothing was changed.
 ///
 /// A copy of the settings as they were before the hook was added lies beside them until the hook is
-/// removed, `settings.json.sallowmere-backup`; of settings that were not there an empty
+/// removed, `settings.json.sallowmere-backup`; for settings that were not there a word of that,
 /// `settings.json.sallowmere-made`. Both are for their user alone.
 class HookSwitch {
 public:
