@@ -6,12 +6,15 @@
 #include "Sallowmere/Text/Paths.h"
 #include "SettingsFile.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include <sys/stat.h>
 

@@ -182,6 +182,12 @@ std::size_t JsonTree::endOfComments(Range range) const {
     return isThere ? std::prev(behind)->end : range.begin;
 }
 
+bool JsonTree::endsLineComment(std::size_t at) const {
+    const auto comment = std::partition_point(comments_.begin(), comments_.end(),
+                                              [&](const Range& each) { return each.end < at; });
+    return comment != comments_.end() && comment->end == at && text_[comment->begin + 1] == '/';
+}
+
 bool JsonTree::hasCommentOfItsOwn(const JsonNode& node) const {
     std::size_t begin = node.range.begin;
     for (std::size_t i = 0; i < node.children.size(); ++i) {

@@ -68,6 +68,8 @@ public:
     /// The end of the last comment in the range, which must not begin or end within one; its
     /// beginning when there is none.
     std::size_t endOfComments(Range range) const;
+    /// Whether a `//` comment ends there, so that a line break has to follow.
+    bool endsLineComment(std::size_t at) const;
     /// Whether there is a comment between the items of an object or array, or around them.
     bool hasCommentOfItsOwn(const JsonNode& node) const;
 

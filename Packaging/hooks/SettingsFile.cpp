@@ -98,6 +98,12 @@ std::optional<std::string> readFile(const std::string& path, struct stat& status
     return readAll(file.number(), path);
 }
 
+bool isSameFile(const struct stat& left, const struct stat& right) {
+    return left.st_dev == right.st_dev && left.st_ino == right.st_ino
+           && left.st_mode == right.st_mode && left.st_uid == right.st_uid
+           && left.st_gid == right.st_gid;
+}
+
 } // namespace
 
 SettingsFile::SettingsFile(std::string path)
@@ -117,8 +123,8 @@ void SettingsFile::requireWritable() const {
 
 void SettingsFile::requireUnchanged() const {
     struct stat status {};
-    const std::optional<std::string> text = readFile(targetOf(path_), status);
-    if (text != text_ || status.st_ino != status_.st_ino || status.st_dev != status_.st_dev) {
+    const std::string target = targetOf(path_);
+    if (target != target_ || readFile(target, status) != text_ || !isSameFile(status, status_)) {
         fail(path_, "was changed by somebody else meanwhile; nothing was written");
     }
 }

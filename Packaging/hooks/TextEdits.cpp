@@ -20,7 +20,7 @@ struct Place {
 };
 
 bool isOneLine(const JsonTree& tree, Range range) {
-    return tree.text(range).find('\n') == std::string_view::npos;
+    return tree.text(range).find_first_of("\r\n") == std::string_view::npos;
 }
 
 Place placeInEmpty(const JsonTree& tree, const JsonNode& node, const TextStyle& style) {
@@ -31,7 +31,7 @@ Place placeInEmpty(const JsonTree& tree, const JsonNode& node, const TextStyle& 
     place.at = tree.endOfComments({place.last, close});
     place.isOneLine = style.isOneLine;
     place.indent = std::string(indent) + style.indent;
-    if (isOneLine(tree, {place.at, close})) {
+    if (place.at == place.last && isOneLine(tree, {place.at, close})) {
         place.at = close;
         place.closing = style.lineBreak + std::string(indent);
     }
@@ -91,44 +91,45 @@ void TextEdits::remove(const JsonNode& node, std::span<const std::size_t> items)
     for (const std::size_t index : items) {
         isRemoved[index] = true;
     }
-    std::size_t lastKept = node.children.size();
-    while (lastKept > 0 && isRemoved[lastKept - 1]) {
-        --lastKept;
-    }
     for (const std::size_t index : items) {
-        const std::size_t end = removeSeparator(node, index, index >= lastKept);
-        replace(
-            {beginOfRemoval(node, index, isRemoved[index + 1] ? std::nullopt : std::optional(end)),
-             end},
-            {});
+        std::size_t last = index;
+        while (isRemoved[last + 1]) {
+            ++last;
+        }
+        const bool isAtEnd = last + 1 == node.children.size();
+        replace({beginOfRemoval(node, index, last), endOfRemoval(node, index, isAtEnd)}, {});
+        removeDistantComma(node, index, isAtEnd);
     }
 }
 
-/// The comma behind the item, or that in front of it when nothing that stays follows. Returns where
-/// what is to be removed ends.
-std::size_t TextEdits::removeSeparator(const JsonNode& node, std::size_t index, bool isLast) {
-    const std::size_t end = node.item(index).end;
-    if (!isLast && node.commas[index] == end) {
-        return end + 1;
-    }
-    if (!isLast || index > 0) {
-        const std::size_t comma = node.commas[isLast ? index - 1 : index];
-        replace({comma, comma + 1}, {});
-    }
-    return end;
-}
-
-/// What follows must not become part of a comment in front of the item. `end` is where that begins,
-/// if it stays.
+/// What follows must not become part of a comment in front of the item. `last` is the last one of
+/// those that go with it.
 std::size_t TextEdits::beginOfRemoval(const JsonNode& node, std::size_t index,
-                                      std::optional<std::size_t> end) const {
+                                      std::size_t last) const {
     const std::string_view text = tree_.text();
     const std::size_t before = index == 0 ? node.range.begin + 1 : node.commas[index - 1] + 1;
     const std::size_t begin = tree_.endOfComments({before, node.item(index).begin});
-    const bool breaksLine = begin != before && endsLine(text, begin);
-    return breaksLine && !(end && endsLine(text, *end))
-               ? behindLineBreak(text, text.find_first_of("\r\n", begin))
-               : begin;
+    const std::size_t end = node.item(index).end;
+    const bool isFollowedByLineBreak =
+        tree_.endOfComments({end, node.item(last).begin}) == end
+        && endsLine(text, endOfRemoval(node, last, last + 1 == node.children.size()));
+    return tree_.endsLineComment(begin) && !isFollowedByLineBreak ? behindLineBreak(text, begin)
+                                                                  : begin;
+}
+
+/// The comma behind the item goes with it, unless nothing that stays follows.
+std::size_t TextEdits::endOfRemoval(const JsonNode& node, std::size_t index, bool isAtEnd) {
+    const std::size_t end = node.item(index).end;
+    return !isAtEnd && node.commas[index] == end ? end + 1 : end;
+}
+
+/// That comma if it does not touch the item, or the one in front when nothing that stays follows.
+void TextEdits::removeDistantComma(const JsonNode& node, std::size_t index, bool isAtEnd) {
+    if (isAtEnd && index > 0) {
+        replace({node.commas[index - 1], node.commas[index - 1] + 1}, {});
+    } else if (!isAtEnd && node.commas[index] != node.item(index).end) {
+        replace({node.commas[index], node.commas[index] + 1}, {});
+    }
 }
 
 void TextEdits::replace(Range range, std::string text) {

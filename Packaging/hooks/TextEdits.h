@@ -36,9 +36,9 @@ private:
         std::string text;
     };
 
-    std::size_t removeSeparator(const JsonNode& node, std::size_t index, bool isLast);
-    std::size_t beginOfRemoval(const JsonNode& node, std::size_t index,
-                               std::optional<std::size_t> end) const;
+    std::size_t beginOfRemoval(const JsonNode& node, std::size_t index, std::size_t last) const;
+    static std::size_t endOfRemoval(const JsonNode& node, std::size_t index, bool isAtEnd);
+    void removeDistantComma(const JsonNode& node, std::size_t index, bool isAtEnd);
 
     const JsonTree& tree_;
     std::vector<Edit> edits_;

@@ -49,7 +49,7 @@ TextStyle styleOf(const JsonTree& tree) {
         return style;
     }
     const JsonNode& root = *tree.root();
-    style.isOneLine = tree.text(root.range).find('\n') == std::string_view::npos;
+    style.isOneLine = tree.text(root.range).find_first_of("\r\n") == std::string_view::npos;
     style.indent = indentOf(tree, root).value_or(style.indent);
     const bool isTight = tree.text()[root.children.front().range.begin - 1] == ':';
     style.gap.assign(isTight ? 0 : 1, ' ');
