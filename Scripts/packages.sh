@@ -28,7 +28,7 @@
     # Also the panels that people use, to compare with.
     packagesToMeasure=(
         conky-std libbenchmark-dev libxcb-damage0-dev lxqt-panel openbox polybar tint2 xvfb)
-    packagesToPackage=(dpkg-dev)
+    packagesToPackage=(dpkg-dev file)
     packagesToProve=(debootstrap git)
     # A desktop to try the package on.
     packagesToTryPackage=(imagemagick man-db openbox x11-utils x11-xserver-utils xdotool xvfb)

@@ -52,7 +52,7 @@ TextStyle styleOf(const JsonTree& tree) {
     style.isOneLine = tree.text(root.range).find_first_of("\r\n") == std::string_view::npos;
     style.indent = indentOf(tree, root).value_or(style.indent);
     const bool isTight = tree.text()[root.children.front().range.begin - 1] == ':';
-    style.gap = isTight ? "" : " ";
+    style.gap.assign(isTight ? 0 : 1, ' ');
     return style;
 }
 
