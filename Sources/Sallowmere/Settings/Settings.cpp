@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -33,14 +34,23 @@ constexpr std::string_view settingsTemplate = R"({
   "wingWidth": 96
 })";
 
-bool exists(const std::string& path) {
+/// Also when what it links to is not there at present.
+bool isTaken(const std::string& path) {
     std::error_code ignored;
-    return std::filesystem::exists(path, ignored);
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
-void createParentDirectories(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+/// Makes a file whole or not at all: an empty one, as a full disk leaves it, would be taken for
+/// the user's own ever after. `write` gets the path to write to and tells whether it could.
+void makeFile(const std::string& path, const std::function<bool(const std::string& path)>& write) {
+    const std::string part = path + ".part";
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    if (write(part)) {
+        std::filesystem::rename(part, path, error);
+    } else {
+        std::filesystem::remove(part, error);
+    }
 }
 
 /// Takes a number between the bounds; a value of another type changes nothing.
@@ -143,22 +153,29 @@ Settings Settings::load(const FileSystem& files, const std::string& home) {
 
 void Settings::writeTemplateIfMissing(const std::string& home) {
     const std::string path = joinPath(home, settingsPath);
-    if (exists(path)) {
+    if (isTaken(path)) {
         return;
     }
-    createParentDirectories(path);
-    std::ofstream(path, std::ios::binary) << settingsTemplate;
+    makeFile(path, [](const std::string& part) {
+        std::ofstream stream(part, std::ios::binary);
+        stream << settingsTemplate;
+        stream.close();
+        return stream.good();
+    });
 }
 
 void Settings::migrateLegacySettingsIfNeeded(const std::string& home) {
     const std::string path = joinPath(home, settingsPath);
     const std::string legacy = joinPath(home, legacyPath);
-    if (exists(path) || !exists(legacy)) {
+    std::error_code ignored;
+    if (isTaken(path) || !std::filesystem::exists(legacy, ignored)) {
         return;
     }
-    createParentDirectories(path);
-    std::error_code ignored;
-    std::filesystem::copy_file(legacy, path, ignored);
+    makeFile(path, [&legacy](const std::string& part) {
+        std::error_code error;
+        constexpr auto overwrite = std::filesystem::copy_options::overwrite_existing;
+        return std::filesystem::copy_file(legacy, part, overwrite, error);
+    });
 }
 
 } // namespace sallowmere
