@@ -19,10 +19,10 @@
         sound-theme-freedesktop xdg-utils)
     packagesToTest=(
         appstream at-spi2-core dbus-daemon desktop-file-utils foot gnome-keyring i3-wm kwin-x11
-        libatspi2.0-dev libgcrypt20-dev libglib2.0-dev libgmock-dev libgtest-dev libxcb-randr0-dev
-        libxcb-shape0-dev locales mandoc mutter openbox openssl pulseaudio pulseaudio-utils
-        rxvt-unicode sway x11-utils x11-xkb-utils x11-xserver-utils xfconf xfwm4 xterm xvfb
-        xwayland)
+        libatspi2.0-dev libfaketime libfuse3-dev libgcrypt20-dev libglib2.0-dev libgmock-dev
+        libgtest-dev libxcb-randr0-dev libxcb-shape0-dev locales mandoc mutter openbox openssl
+        pulseaudio pulseaudio-utils rxvt-unicode sway x11-utils x11-xkb-utils x11-xserver-utils
+        xfconf xfwm4 xterm xvfb xwayland)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
     # Also the panels that people use, to compare with.

@@ -37,8 +37,8 @@ public:
     /// Sends a GET request without a body and returns at once; any thread. `completion` is called
     /// once, on a thread of the client's own: with whatever the server itself answered, redirects
     /// included, which are not followed; or with nothing when it gave no whole answer (no
-    /// connection, a certificate that is not trusted, too slow, a body beyond 64 MiB). It is
-    /// dropped uncalled when the client is destroyed first.
+    /// connection, a certificate that is not trusted, too slow, a body beyond 64 MiB, no file
+    /// descriptors left to ask with). It is dropped uncalled when the client is destroyed first.
     virtual void get(HttpRequest request, Completion completion) = 0;
 };
 

@@ -9,8 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+
+#include <sys/resource.h>
 
 namespace sallowmere {
 namespace {
@@ -190,6 +193,56 @@ TEST_F(SettingsFile, IsNotWrittenWithoutPermission) {
     EXPECT_EQ(load(), Settings::defaults(home));
     EXPECT_FALSE(fs::exists(path));
     fs::permissions(home, fs::perms::owner_all);
+}
+
+/// No file can get anything in it, as on a disk that is full.
+class NoRoom {
+public:
+    NoRoom() {
+        EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
+        const rlimit nothing{0, before_.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &nothing), 0);
+    }
+    NoRoom(const NoRoom&) = delete;
+    NoRoom& operator=(const NoRoom&) = delete;
+    ~NoRoom() {
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before_), 0);
+        std::signal(SIGXFSZ, signal_);
+    }
+
+private:
+    rlimit before_{};
+    void (*signal_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+TEST_F(SettingsFile, IsWrittenWholeOrNotAtAll) {
+    {
+        const NoRoom full;
+        Settings::writeTemplateIfMissing(home);
+    }
+    EXPECT_TRUE(fs::is_empty(path.parent_path()));
+    Settings::writeTemplateIfMissing(home);
+    EXPECT_EQ(content(path), settingsTemplate);
+}
+
+TEST_F(SettingsFile, IsCopiedWholeOrNotAtAll) {
+    write(legacy, three);
+    {
+        const NoRoom full;
+        EXPECT_EQ(load(), Settings::defaults(home));
+    }
+    EXPECT_TRUE(fs::is_empty(path.parent_path()));
+    EXPECT_EQ(load().maxSessions, 3);
+    EXPECT_EQ(content(path), three);
+}
+
+TEST_F(SettingsFile, IsNotMadeWhereALinkLeadsNowhereForNow) {
+    fs::create_directories(path.parent_path());
+    fs::create_symlink(fs::path(home) / "elsewhere.json", path);
+    Settings::writeTemplateIfMissing(home);
+    EXPECT_EQ(load(), Settings::defaults(home));
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_FALSE(fs::exists(path));
 }
 
 } // namespace

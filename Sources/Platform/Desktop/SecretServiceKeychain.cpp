@@ -4,6 +4,7 @@
 
 #include "Platform/Desktop/GLibReference.h"
 #include "Platform/Desktop/SecretPrompt.h"
+#include "Platform/Linux/SpareDescriptors.h"
 
 #include <array>
 #include <condition_variable>
@@ -21,6 +22,9 @@
 namespace sallowmere {
 
 namespace {
+
+/// GLib ends the program when it gets no descriptor. It takes half as many here.
+constexpr std::size_t neededDescriptors = 16;
 
 /// Keeps what the libraries have to tell this thread away from other threads' event loops.
 class EventContext {
@@ -198,7 +202,8 @@ SecretServiceKeychain::~SecretServiceKeychain() = default;
 Keychain::Item SecretServiceKeychain::genericPassword(std::string_view service) {
     const std::string name(service);
     // D-Bus carries nothing else.
-    if (g_utf8_validate_len(name.data(), name.size(), nullptr) == FALSE) {
+    if (g_utf8_validate_len(name.data(), name.size(), nullptr) == FALSE
+        || !hasSpareDescriptors(neededDescriptors)) {
         return {};
     }
     const Reference<GCancellable> cancelled(g_cancellable_new());

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Qt/QtHttpClient.h"
 
+#include "Platform/Linux/SpareDescriptors.h"
 #include "Platform/Qt/EventLoopQueue.h"
 
 #include <QEventLoop>
@@ -26,6 +27,9 @@ namespace {
 constexpr std::size_t largestBody = std::size_t{64} << 20;
 constexpr std::size_t readSize = std::size_t{64} << 10;
 constexpr int firstErrorStatus = 400;
+/// Qt ends the program when one of the threads that it starts gets no descriptor. With a proxy and
+/// a name to look up it takes half as many.
+constexpr std::size_t neededDescriptors = 32;
 
 struct Question {
     HttpRequest request;
@@ -172,7 +176,7 @@ private:
 
     void send(Question& question) {
         std::optional<QNetworkRequest> request = qtRequest(question.request);
-        if (!request) {
+        if (!request || !hasSpareDescriptors(neededDescriptors)) {
             question.completion(std::nullopt);
             return;
         }

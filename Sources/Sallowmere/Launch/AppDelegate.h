@@ -28,6 +28,9 @@ public:
     /// before the first one starts. `quit` is called when the user wants the program to end.
     void applicationDidFinishLaunching(std::function<void()> quit);
 
+    /// Takes the panel off the screen for good, just before the program ends.
+    void applicationWillTerminate() { panel_->hangUp(); }
+
 private:
     void showPanel();
 

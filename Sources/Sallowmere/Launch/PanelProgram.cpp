@@ -67,6 +67,7 @@ int run(char* program) {
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     delegate.applicationDidFinishLaunching([] { QCoreApplication::quit(); });
     const int status = QGuiApplication::exec();
+    delegate.applicationWillTerminate();
     instance.release();
     // Nothing has to be brought to an end: a scan that is under way only reads, and would be waited
     // for.

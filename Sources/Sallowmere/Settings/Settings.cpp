@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -18,7 +19,6 @@ namespace sallowmere {
 
 namespace {
 
-constexpr std::string_view settingsDirectory = ".config/sallowmere";
 constexpr std::string_view settingsPath = ".config/sallowmere/settings.json";
 constexpr std::string_view legacyPath = ".config/velm-askrow/settings.json";
 
@@ -35,9 +35,22 @@ constexpr std::string_view settingsTemplate = R"({
   "wingWidth": 96
 })";
 
-bool exists(const std::string& path) {
+/// Also when what it links to is not there at present.
+bool isTaken(const std::string& path) {
     std::error_code ignored;
-    return std::filesystem::exists(path, ignored);
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+/// Makes a file for the user alone, whole or not at all: an empty one, as a full disk leaves it,
+/// would be taken for the user's own ever after. `write` tells whether it could.
+void makeFile(const std::string& path, const std::function<bool(const std::string& path)>& write) {
+    PrivateFiles::createDirectories(std::filesystem::path(path).parent_path());
+    if (write(path)) {
+        PrivateFiles::makePrivate(path);
+    } else {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
 }
 
 /// Takes a number between the bounds; a value of another type changes nothing.
@@ -140,25 +153,28 @@ Settings Settings::load(const FileSystem& files, const std::string& home) {
 
 void Settings::writeTemplateIfMissing(const std::string& home) {
     const std::string path = joinPath(home, settingsPath);
-    if (exists(path)) {
+    if (isTaken(path)) {
         return;
     }
-    PrivateFiles::createDirectories(joinPath(home, settingsDirectory));
-    std::ofstream(path, std::ios::binary) << settingsTemplate;
-    PrivateFiles::makePrivate(path);
+    makeFile(path, [](const std::string& file) {
+        std::ofstream stream(file, std::ios::binary);
+        stream << settingsTemplate;
+        stream.close();
+        return stream.good();
+    });
 }
 
 void Settings::migrateLegacySettingsIfNeeded(const std::string& home) {
     const std::string path = joinPath(home, settingsPath);
     const std::string legacy = joinPath(home, legacyPath);
-    if (exists(path) || !exists(legacy)) {
+    std::error_code ignored;
+    if (isTaken(path) || !std::filesystem::exists(legacy, ignored)) {
         return;
     }
-    PrivateFiles::createDirectories(joinPath(home, settingsDirectory));
-    std::error_code ignored;
-    if (std::filesystem::copy_file(legacy, path, ignored)) {
-        PrivateFiles::makePrivate(path);
-    }
+    makeFile(path, [&legacy](const std::string& file) {
+        std::error_code error;
+        return std::filesystem::copy_file(legacy, file, error);
+    });
 }
 
 } // namespace sallowmere

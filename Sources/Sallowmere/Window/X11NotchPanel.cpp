@@ -13,6 +13,8 @@
 #include <cmath>
 #include <utility>
 
+#include <sys/socket.h>
+
 namespace sallowmere {
 
 namespace {
@@ -149,6 +151,12 @@ void X11NotchPanel::keyChanged(bool isKey) {
     const auto& tell = isKey ? observer_.becameKey : observer_.resignedKey;
     if (tell) {
         tell();
+    }
+}
+
+void X11NotchPanel::hangUp() {
+    for (xcb_connection_t* connection : {connectionOfQt(), connection_.xcb()}) {
+        shutdown(xcb_get_file_descriptor(connection), SHUT_RDWR);
     }
 }
 

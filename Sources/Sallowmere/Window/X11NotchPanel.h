@@ -35,6 +35,11 @@ public:
     std::optional<FrontApplication> frontmost() const override;
     void activate(std::optional<FrontApplication> application) override;
 
+    /// Ends the program's connections with the server, and with them its window: that goes also
+    /// when the system cannot end the program yet, because a file system holds up one of its
+    /// threads. Nothing can be shown afterwards; nothing but the program's end may follow.
+    void hangUp();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
