@@ -73,6 +73,21 @@ void Fortnight::step() {
     time_.pass(refresh);
 }
 
+void Fortnight::forget() {
+    constexpr int refreshes = 300;
+    // Without the directory of all there would be no news of them.
+    for (const auto& project : std::filesystem::directory_iterator(home_ / ".claude/projects")) {
+        std::filesystem::remove_all(project);
+    }
+    while (engine_.processes().count() > 0) {
+        engine_.processes().endOne();
+    }
+    time_.turnClock(UsageCalculator::horizonSpan + hour);
+    for (int turn = 0; turn < refreshes; ++turn) {
+        time_.pass(refresh);
+    }
+}
+
 void Fortnight::moveProcesses() {
     if (below(2) == 0 && engine_.processes().count() < mostProcesses) {
         engine_.processes().begin(++lastProcess_,

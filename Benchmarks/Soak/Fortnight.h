@@ -21,6 +21,9 @@ public:
     /// One refresh.
     void step();
 
+    /// All sessions are gone, and for so long that the engine has no reason left to know of them.
+    void forget();
+
     SoakedEngine& engine() { return engine_; }
     const World& world() const { return world_; }
     const SimulatedTime& time() const { return time_; }

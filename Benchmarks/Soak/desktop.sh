@@ -123,11 +123,25 @@ TEXT
     waitFor "the bus" test -S "$SOAK_PLACE/runtime/bus"
 }
 
+# Without it the compositor would store its settings at first, begin anew and find itself there.
+configureCompositor() {
+    local directory=$SOAK_PLACE/desktop/.config/xfce4/xfconf/xfce-perchannel-xml
+    mkdir -p "$directory"
+    cat >"$directory/xfwm4.xml" <<TEXT
+<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfwm4" version="1.0">
+  <property name="general" type="empty">
+    <property name="use_compositing" type="bool" value="true"/>
+  </property>
+</channel>
+TEXT
+}
+
 startDesktop() {
     surroundings=(HOME="$SOAK_PLACE/desktop" XDG_RUNTIME_DIR="$SOAK_PLACE/runtime" LANG=C.UTF-8
         DBUS_SESSION_BUS_ADDRESS="unix:path=$SOAK_PLACE/runtime/bus" NO_AT_BRIDGE=1
         GSETTINGS_BACKEND=memory)
-    mkdir "$SOAK_PLACE/desktop"
+    configureCompositor
     startServer
     surroundings+=(DISPLAY="$DISPLAY")
     startBus
