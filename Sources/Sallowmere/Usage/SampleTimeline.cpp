@@ -23,8 +23,8 @@ void SampleTimeline::add(const Sample& sample) {
 }
 
 void SampleTimeline::invalidate() {
-    ordered_.clear();
-    added_.clear();
+    std::vector<Sample>().swap(ordered_);
+    std::vector<Sample>().swap(added_);
     winners_.clear();
     laterCopies_ = false;
     horizon_ = distantFuture;
