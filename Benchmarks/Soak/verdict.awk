@@ -32,13 +32,17 @@ function slope(name,    i, n, x, y, sx, sy, sxx, sxy, first) {
     return n < 2 ? 0 : (n * sxy - sx * sy) / (n * sxx - sx * sx)
 }
 
+function mostOf(name) {
+    return mostUntil(count, name)
+}
+
 function fail(text) {
     print "FAILED: " text
     failed = 1
 }
 
-function mostOf(name,    i, most) {
-    for (i = 1; i <= count; ++i)
+function mostUntil(last, name,    i, most) {
+    for (i = 1; i <= last; ++i)
         if (value[name, i] > most)
             most = value[name, i]
     return most + 0
@@ -63,6 +67,15 @@ function mustReturn(name) {
         fail(name " at rest: " value[name, 1] " at the start, " value[name, count] " at the end")
 }
 
+# Cursors, and the window that tells a window manager when there was a user, are made when they are
+# first needed.
+function mustNotGrow(name,    before) {
+    row(name)
+    before = mostUntil(int(count / 2), name)
+    if (value[name, count] > before)
+        fail(name " at rest: " value[name, count] ", in the first half at most " before)
+}
+
 END {
     if (count < 4) {
         fail("too few readings: " count)
@@ -78,9 +91,9 @@ END {
     mustReturn("descriptors")
     mustReturn("children")
     row("zombies")
-    mustReturn("windows")
-    mustReturn("pixmaps")
-    mustReturn("xResources")
+    mustNotGrow("windows")
+    mustNotGrow("pixmaps")
+    mustNotGrow("xResources")
     if (mostOf("zombies") > 0)
         fail("zombies: " mostOf("zombies"))
     if (mostOf("restarts") > 0)
