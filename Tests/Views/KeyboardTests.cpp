@@ -150,6 +150,27 @@ TEST_F(Keys, AreLeftWhenThePromptIsSent) {
     }
 }
 
+TEST_F(Keys, AreTakenAwayBecauseNobodyTypes) {
+    // As the window does it: while it is still being told.
+    const auto takeAway = [this](bool editing) {
+        if (!editing) {
+            stage.view().clearFocus();
+            stage.view().keyboard().setHeld(false);
+        }
+    };
+    QObject::connect(&stage.state(), &AppState::editingPromptWillChange, &stage.view(), takeAway);
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        startTyping();
+        hand.type("go");
+        hand.key(key);
+        EXPECT_EQ(stage.view().activeFocusItem(), &root());
+        EXPECT_FALSE(isHeld());
+        EXPECT_FALSE(stage.state().editingPrompt());
+        stage.state().toggleSelection("work");
+        stage.settle();
+    }
+}
+
 TEST_F(Keys, AreNotHeldByAFieldThatIsGone) {
     startTyping();
     stage.state().toggleSelection("work");

@@ -23,8 +23,8 @@ void SampleTimeline::add(const Sample& sample) {
 }
 
 void SampleTimeline::invalidate() {
-    ordered_.clear();
-    added_.clear();
+    ordered_ = std::vector<Sample>();
+    added_ = std::vector<Sample>();
     winners_.clear();
     laterCopies_ = false;
     horizon_ = distantFuture;

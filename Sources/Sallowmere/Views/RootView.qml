@@ -31,6 +31,10 @@ Item {
         return ancestor === root || item === Window.contentItem
     }
 
+    function tellTyping(): void {
+        panel.setEditingPrompt(isTyping)
+    }
+
     function leaveControls(): void {
         forceActiveFocus()
     }
@@ -39,7 +43,14 @@ Item {
     Accessible.role: Accessible.Pane
     Accessible.name: "Sallowmere"
     Keys.onEscapePressed: leaveControls()
-    onIsTypingChanged: panel.setEditingPrompt(isTyping)
+    onIsTypingChanged: {
+        if (isTyping) {
+            tellTyping()
+        } else {
+            // Whoever hears of it moves the focus, which is on its way just now.
+            Qt.callLater(tellTyping)
+        }
+    }
 
     Connections {
         target: Keyboard
