@@ -10,6 +10,7 @@ namespace sallowmere {
 namespace {
 
 using testing::AllOf;
+using testing::Each;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -37,11 +38,26 @@ TEST(Metadata, EntriesOfTheDesktopStartThePanelAndMindNotThatItIsGone) {
     }
 }
 
+/// The validator's errors and warnings, a line each.
+std::vector<std::string> complaints(const std::string& report) {
+    std::vector<std::string> lines;
+    std::istringstream text(report);
+    for (std::string line; std::getline(text, line);) {
+        if (line.starts_with("E: ") || line.starts_with("W: ")) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
 TEST(Metadata, DescriptionForSoftwareCatalogsIsValid) {
     const Installation installation;
     const Outcome outcome =
         runProgram("appstreamcli", {"validate", "--no-net", installation / metainfo});
-    EXPECT_EQ(outcome.exitStatus, 0) << outcome.output << outcome.errors;
+    EXPECT_THAT(outcome.output, HasSubstr("Validation ")) << outcome.errors;
+    // There is no page in the web to name; not every version of the validator asks for one.
+    EXPECT_THAT(complaints(outcome.output), Each(HasSubstr("url-homepage-missing")));
+    EXPECT_EQ(outcome.exitStatus == 0, complaints(outcome.output).empty()) << outcome.output;
 }
 
 TEST(Metadata, TellsTheVersionOfThisProgram) {
