@@ -21,7 +21,8 @@
         at-spi2-core dbus-daemon foot gnome-keyring i3-wm kwin-x11 libatspi2.0-dev libgcrypt20-dev
         libglib2.0-dev libgmock-dev libgtest-dev libxcb-randr0-dev libxcb-shape0-dev locales mutter
         openbox openssl pulseaudio pulseaudio-utils rxvt-unicode sway x11-xkb-utils
-        x11-xserver-utils xfconf xfwm4 xterm xvfb xwayland)
+        x11-xserver-utils xfconf xfwm4 xterm xvfb xwayland
+        libfaketime libfuse3-dev)
     packagesToCheck=(clang-format clang-tidy shellcheck)
     packagesToFuzz=(clang libclang-rt-dev)
     # Also the panels that people use, to compare with.

@@ -43,14 +43,14 @@ Terminal& Desk::shown(Terminal& terminal) {
     return terminal;
 }
 
-RunningPanel& Desk::startProgram() {
-    program = std::make_unique<RunningPanel>(
-        home, buses, std::vector<std::string>{"DISPLAY=" + server.display()});
+RunningPanel& Desk::startProgram(Circumstances circumstances) {
+    circumstances.variables.push_back("DISPLAY=" + server.display());
+    program = std::make_unique<RunningPanel>(home, buses, circumstances);
     return *program;
 }
 
-PanelWindow& Desk::startPanel() {
-    panel = std::make_unique<PanelWindow>(client, user, startProgram());
+PanelWindow& Desk::startPanel(const Circumstances& circumstances) {
+    panel = std::make_unique<PanelWindow>(client, user, startProgram(circumstances));
     return *panel;
 }
 

@@ -30,8 +30,8 @@ struct Desk {
     Terminal& addOther(const std::string& title = "other");
 
     /// Starts the program; its window is there afterwards.
-    PanelWindow& startPanel();
-    RunningPanel& startProgram();
+    PanelWindow& startPanel(const Circumstances& circumstances = {});
+    RunningPanel& startProgram(Circumstances circumstances = {});
 
     /// Waits until this terminal has come to the front with the keyboard.
     void waitForFront(const Terminal& terminal);

@@ -18,28 +18,30 @@ namespace {
 constexpr int collapsedHeight = 30;
 
 Command panelCommand(const LiveHome& home, const Buses& buses, const std::string& errors,
-                     const std::vector<std::string>& variables) {
+                     const Circumstances& circumstances) {
     const std::string& directory = home.directory().path();
-    Command command{"/bin/sh",
-                    {"sh", "-c", "exec \"$0\" 2>>\"$1\"", SALLOWMERE_EXECUTABLE, errors},
-                    variables,
-                    directory};
+    Command command{
+        "/bin/sh", {"sh", "-c", "exec 2>>\"$0\" \"$@\"", errors}, buses.variables(), directory};
+    command.arguments.insert(command.arguments.end(), circumstances.through.begin(),
+                             circumstances.through.end());
+    command.arguments.emplace_back(SALLOWMERE_EXECUTABLE);
+    // Of two of one name the shell takes the later one.
     const std::vector<std::string> usual{
         "HOME=" + directory,   "XDG_RUNTIME_DIR=" + directory + "/run",
         "PATH=/usr/bin:/bin",  "LANG=C.UTF-8",
         "QT_QPA_PLATFORM=xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
+    command.environment.insert(command.environment.end(), circumstances.variables.begin(),
+                               circumstances.variables.end());
     command.environment.insert(command.environment.end(), usual.begin(), usual.end());
-    command.environment.insert(command.environment.end(), buses.variables().begin(),
-                               buses.variables().end());
     return command;
 }
 
 } // namespace
 
 RunningPanel::RunningPanel(const LiveHome& home, const Buses& buses,
-                           const std::vector<std::string>& variables)
+                           const Circumstances& circumstances)
     : errors_(home.directory() / "panel-errors"),
-      process_(panelCommand(home, buses, errors_, variables)) {}
+      process_(panelCommand(home, buses, errors_, circumstances)) {}
 
 std::string RunningPanel::errors() const {
     std::ifstream stream(errors_, std::ios::binary);

@@ -24,12 +24,19 @@ struct Ending {
     std::optional<int> signal;
 };
 
+/// What the program is started with beyond the usual.
+struct Circumstances {
+    /// In its environment, NAME=VALUE each, also instead of what the buses are found by.
+    std::vector<std::string> variables;
+    /// A program and its arguments that become the program in the end, which follows as another.
+    std::vector<std::string> through;
+};
+
 /// The program, started on a home and a display.
 class RunningPanel {
 public:
-    /// Does not wait for anything. `variables` come first in its environment.
-    RunningPanel(const LiveHome& home, const Buses& buses,
-                 const std::vector<std::string>& variables);
+    /// Does not wait for anything.
+    RunningPanel(const LiveHome& home, const Buses& buses, const Circumstances& circumstances);
 
     pid_t pid() const { return process_.pid(); }
     /// What it wrote on standard error.

@@ -23,7 +23,7 @@ struct WaylandDesk {
         inside = std::make_unique<XClient>(sway->display());
         home.addSession("lantern", "Lantern");
         terminal = &terminals.start(command(terminalName));
-        program = std::make_unique<RunningPanel>(home, buses, sway->variables());
+        program = std::make_unique<RunningPanel>(home, buses, Circumstances{sway->variables(), {}});
         panel = std::make_unique<PanelWindow>(*inside, user, *program);
     }
 

@@ -4,6 +4,7 @@
 #include "System/ChildProcess.h"
 #include "System/DemoHome.h"
 #include "System/LiveModel.h"
+#include "System/ScarceDescriptors.h"
 #include "System/TemporaryHome.h"
 
 #include <QDateTime>
@@ -198,6 +199,24 @@ TEST(LiveRefresh, ShowsSessionsThoughTheListingOfProcessesHangs) {
     home.writeProgram("new-ps", "exec /bin/ps \"$@\"");
     std::filesystem::rename(home / "new-ps", ps);
     EXPECT_TRUE(eventually([&] { return pidOf(live, "Hello") == assistant.pid(); }));
+}
+
+TEST(LiveRefresh, CatchesUpAfterATimeWithoutDescriptors) {
+    const TemporaryHome home;
+    home.addSession("-project", "Hello", home / "project");
+    LiveModel live(home.path());
+    ASSERT_TRUE(eventually([&] { return live.state().usage().computedAt != distantPast; }));
+    // Just after a scan nothing is open that is closed soon.
+    bool scanned = false;
+    QObject::connect(&live.state(), &AppState::sessionsWillChange, &live.state(),
+                     [&scanned] { scanned = true; });
+    ASSERT_TRUE(eventually([&] { return scanned; }));
+    {
+        const ScarceDescriptors none(0);
+        EXPECT_TRUE(eventually([&] { return live.state().sessions().empty(); }));
+    }
+    EXPECT_TRUE(eventually([&] { return live.session("Hello") != nullptr; }));
+    EXPECT_FALSE(live.state().expanded());
 }
 
 TEST(LiveRefresh, GoesOnWhenTheHomeIsMovedAwayAndBack) {
