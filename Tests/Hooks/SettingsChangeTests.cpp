@@ -38,7 +38,7 @@ std::string refusalOf(const std::string& text) {
     const HookSettings::Outcome outcome = HookSettings::installed(text);
     EXPECT_EQ(outcome.text, text);
     EXPECT_THAT(outcome.events, IsEmpty());
-    const std::string reason = outcome.refusal ? outcome.refusal->reason : "";
+    std::string reason = outcome.refusal ? outcome.refusal->reason : "";
     const auto removal = HookSettings::removed(text, std::nullopt).refusal;
     EXPECT_EQ(removal ? removal->reason : "", reason);
     const auto state = HookSettings::state(text).refusal;

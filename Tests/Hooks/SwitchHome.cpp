@@ -40,7 +40,7 @@ std::string SwitchHome::refused(const std::string& argument) const {
 }
 
 std::string SwitchHome::write(const std::string& content) const {
-    const std::string path = home.write(".claude/settings.json", content);
+    std::string path = home.write(".claude/settings.json", content);
     fs::permissions(path, fs::perms(0644));
     return path;
 }
