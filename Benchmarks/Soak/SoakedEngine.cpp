@@ -19,7 +19,7 @@ Settings settingsFor(const std::string& home) {
 
 } // namespace
 
-SoakedEngine::SoakedEngine(SimulatedTime& time, std::string home)
+SoakedEngine::SoakedEngine(SimulatedTime& time, const std::string& home)
     : time_(time), service_(time.main()), player_(sounds_, time.clock()),
       usageAPI_(keychain_, files_, time.clock(), home), state_(settingsFor(home), forModel(home)),
       panel_(state_, keystrokes_, time.main()),

@@ -17,7 +17,7 @@ namespace sallowmere {
 /// directory of the real file system.
 class SoakedEngine {
 public:
-    SoakedEngine(SimulatedTime& time, std::string home);
+    SoakedEngine(SimulatedTime& time, const std::string& home);
 
     AppState& state() { return state_; }
     PanelModel& panel() { return panel_; }

@@ -19,6 +19,11 @@ namespace {
 
 constexpr std::int64_t million = 1'000'000;
 
+constexpr std::string_view messageEnd =
+    R"(],"stop_reason":"tool_use","stop_sequence":null,"usage":{"input_tokens":4,)"
+    R"("cache_creation_input_tokens":40,"cache_read_input_tokens":900,)"
+    R"("output_tokens":30,"service_tier":"standard"}},"type":"assistant",)";
+
 std::string joined(std::initializer_list<std::string_view> pieces) {
     std::string text;
     for (const std::string_view piece : pieces) {
@@ -123,11 +128,7 @@ std::string Transcript::context(Timestamp now) const {
 void Transcript::message(std::string_view messageId, std::string_view block, Timestamp now) {
     put(joined({R"({"parentUuid":"7f","isSidechain":false,"message":{"model":")", model_,
                 R"(","id":")", messageId, R"(","type":"message","role":"assistant","content":[)",
-                block,
-                R"(],"stop_reason":"tool_use","stop_sequence":null,"usage":{"input_tokens":4,)"
-                R"("cache_creation_input_tokens":40,"cache_read_input_tokens":900,)"
-                R"("output_tokens":30,"service_tier":"standard"}},"type":"assistant",)",
-                context(now)}),
+                block, messageEnd, context(now)}),
         now);
 }
 
