@@ -32,6 +32,10 @@ Command panelCommand(const LiveHome& home, const Buses& buses, const std::string
         "QT_QPA_PLATFORM=xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
     command.environment.insert(command.environment.end(), circumstances.variables.begin(),
                                circumstances.variables.end());
+#ifdef __SANITIZE_ADDRESS__
+    // Its views are not compiled ahead of time there, and would be kept in the user's cache.
+    command.environment.push_back("QML_DISABLE_DISK_CACHE=1");
+#endif
     command.environment.insert(command.environment.end(), usual.begin(), usual.end());
     return command;
 }
