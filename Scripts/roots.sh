@@ -71,7 +71,7 @@ enterRoot() {
     shift
     mount -t proc proc "$root/proc"
     mount -t tmpfs -o mode=0755 tmpfs "$root/dev"
-    for device in full null random tty urandom zero; do
+    for device in full fuse null random tty urandom zero; do
         cp -a -- "/dev/$device" "$root/dev/$device"
     done
     mkdir "$root/dev/pts" "$root/dev/shm"
