@@ -69,6 +69,9 @@ inRoot() {
 enterRoot() {
     local root=$1 device
     shift
+    # It becomes the root as a system's own is one: a file system, and the first of all. In one that
+    # only looks like it, tests can make no file systems of their own.
+    mount --bind "$root" "$root"
     mount -t proc proc "$root/proc"
     mount -t tmpfs -o mode=0755 tmpfs "$root/dev"
     for device in full fuse null random tty urandom zero; do
@@ -79,8 +82,11 @@ enterRoot() {
     mount -t tmpfs -o mode=1777 tmpfs "$root/dev/shm"
     ln -s pts/ptmx "$root/dev/ptmx"
     ln -s /proc/self/fd "$root/dev/fd"
+    cd -- "$root"
+    pivot_root . .
+    umount --lazy .
     exec env -i HOME=/root TERM=dumb PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
-        ${http_proxy:+"http_proxy=$http_proxy"} chroot "$root" "$@"
+        ${http_proxy:+"http_proxy=$http_proxy"} chroot . "$@"
 }
 
 # step NAME EXPECTED-STATUS COMMAND...: runs it in the root, keeps what it says in `log`, and shows
