@@ -36,6 +36,15 @@ TEST_P(Focus, TheFieldHasTheKeyboardFromAClickUntilEscape) {
     EXPECT_EQ(desk().received(terminal()), "");
 }
 
+TEST_P(Focus, ATouchOfTheFieldIsEnough) {
+    panel().enter();
+    desk().user.moveInto(openDetails().box);
+    desk().user.touch();
+    waitForField();
+    desk().user.type("fix it");
+    waitForText("fix it");
+}
+
 TEST_P(Focus, TheFieldHasTheKeyboardOverAFullScreenToo) {
     client().makeFullScreen(terminal().window);
     panel().enter();

@@ -4,8 +4,10 @@
 
 #include "EndToEnd/XReply.h"
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include <xcb/xtest.h>
 
@@ -31,7 +33,13 @@ void User::moveInto(const Box& box) {
 
 void User::click(Button button) {
     send(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     send(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
+}
+
+void User::touch() {
+    send(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(Button::left));
+    send(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(Button::left));
 }
 
 void User::clickOn(const Box& box, Button button) {

@@ -28,7 +28,10 @@ public:
 
     void moveTo(int x, int y);
     void moveInto(const Box& box);
+    /// With a mouse: the finger rests on the button for a moment.
     void click(Button button = Button::left);
+    /// On a touchpad: the button goes up as soon as it went down.
+    void touch();
     void clickOn(const Box& box, Button button = Button::left);
 
     /// Small letters, digits and blanks.

@@ -24,9 +24,17 @@ Box WindowManagerTest::barPlace() {
     return {(Windows::screen(client()).width - width) / 2, 0, width, 30};
 }
 
-void WindowManagerTest::startTyping() {
+Control WindowManagerTest::openDetails() {
     panel().click("Lantern, done");
-    panel().click(fieldName, "text");
+    return panel().atRest(fieldName, "text");
+}
+
+void WindowManagerTest::startTyping() {
+    desk().user.clickOn(openDetails().box);
+    waitForField();
+}
+
+void WindowManagerTest::waitForField() {
     waitFor("the field to have the keyboard", [&] {
         return AccessibleTree::isFocused(field()) && !client().hasFocus(terminal().window);
     });

@@ -20,8 +20,11 @@ protected:
 
     /// Where the bar has to be, on a screen with nothing above it.
     Box barPlace();
-    /// Opens the session's details and clicks into the field for a prompt.
+    /// Opens the session's details, which have the field for a prompt; returns that.
+    Control openDetails();
+    /// Opens the details and clicks into the field.
     void startTyping();
+    void waitForField();
     Control field();
     void waitForText(const std::string& text);
     /// Waits until the terminal has the keyboard, for the window manager too.

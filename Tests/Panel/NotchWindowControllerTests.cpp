@@ -143,6 +143,19 @@ TEST_F(NotchWindowControllerTest, AKeyboardThatComesWhenNobodyTypesGoesBack) {
     EXPECT_THAT(panel->activated, ElementsAre(NotchPanel::FrontApplication{7}));
 }
 
+TEST_F(NotchWindowControllerTest, AKeyboardThatComesBeforeTheModelIsToldStays) {
+    panel->key = true;
+    panel->front = NotchPanel::FrontApplication{7};
+    panel->responds = true;
+    panel->events.becameKey();
+    queue.runPosted();
+    EXPECT_THAT(panel->activated, IsEmpty());
+
+    state->setEditingPrompt(true);
+    state->setEditingPrompt(false);
+    EXPECT_THAT(panel->activated, ElementsAre(NotchPanel::FrontApplication{7}));
+}
+
 TEST_F(NotchWindowControllerTest, CollapsingGivesTheKeyboardBack) {
     state->togglePin();
     typeInField(NotchPanel::FrontApplication{7});

@@ -19,6 +19,7 @@ public:
     };
 
     bool key = false;
+    bool responds = false;
     std::optional<FrontApplication> front;
     Events events;
     NotchMetrics metrics;
@@ -33,6 +34,7 @@ public:
     void setFrame(const Rect& frame, double seconds) override { moves.push_back({frame, seconds}); }
     void show() override { ++shown; }
     bool isKey() const override { return key; }
+    bool hasFirstResponder() const override { return responds; }
     void clearFirstResponder() override { ++firstRespondersCleared; }
     std::optional<FrontApplication> frontmost() const override { return front; }
     void activate(std::optional<FrontApplication> application) override {

@@ -22,11 +22,20 @@ protected:
         return item ? item->objectName() : QString();
     }
 
-    void startTyping() {
+    void showField() {
         SessionInfo info = detailed(false);
         stage.scan({asking(), info});
         stage.state().toggleSelection(info.id);
         stage.open();
+    }
+
+    /// It does not come at once when it is asked for.
+    void delayKeyboard() {
+        QObject::disconnect(&stage.view().keyboard(), &Keyboard::wanted, nullptr, nullptr);
+    }
+
+    void startTyping() {
+        showField();
         hand.click(hand.find("prompt"));
         ASSERT_EQ(focused(), "prompt");
     }
@@ -44,6 +53,34 @@ TEST_F(Keys, AreAskedForByAPressIntoTheField) {
     startTyping();
     EXPECT_TRUE(isHeld());
     EXPECT_TRUE(stage.state().editingPrompt());
+}
+
+TEST_F(Keys, GoIntoTheFieldFromThePressOn) {
+    showField();
+    hand.press(hand.find("prompt"));
+    EXPECT_TRUE(isHeld());
+    EXPECT_EQ(focused(), "prompt");
+    EXPECT_TRUE(stage.state().editingPrompt());
+}
+
+TEST_F(Keys, GoToAControlThatHasTheFocusOnTheirWay) {
+    delayKeyboard();
+    showField();
+    EXPECT_FALSE(stage.view().hasFocusedControl());
+    hand.press(hand.find("prompt"));
+    EXPECT_FALSE(isHeld());
+    EXPECT_TRUE(stage.view().hasFocusedControl());
+    stage.view().clearFocus();
+    EXPECT_FALSE(stage.view().hasFocusedControl());
+}
+
+TEST_F(Keys, GoToNoControlThatIsGone) {
+    delayKeyboard();
+    showField();
+    hand.press(hand.find("prompt"));
+    stage.state().toggleSelection("work");
+    stage.settle();
+    EXPECT_FALSE(stage.view().hasFocusedControl());
 }
 
 TEST_F(Keys, AreNotAskedForByAnyOtherClick) {

@@ -69,6 +69,11 @@ void PanelHand::click(const QQuickItem& item) {
     stage_.settle();
 }
 
+void PanelHand::press(const QQuickItem& item) {
+    QTest::mousePress(&stage_.view(), Qt::LeftButton, Qt::NoModifier, middle(item));
+    stage_.settle();
+}
+
 void PanelHand::clickRight(QPoint place) {
     QTest::mouseClick(&stage_.view(), Qt::RightButton, Qt::NoModifier, place);
     stage_.settle();

@@ -33,6 +33,8 @@ public:
 
     void point(const QQuickItem& item);
     void click(const QQuickItem& item);
+    /// The button stays down.
+    void press(const QQuickItem& item);
     void clickRight(QPoint place);
     /// Turns the wheel so many points towards the end.
     void wheel(const QQuickItem& item, int points);

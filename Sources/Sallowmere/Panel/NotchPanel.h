@@ -49,6 +49,8 @@ public:
 
     /// Whether it has the keyboard.
     virtual bool isKey() const = 0;
+    /// Whether a view in it has the focus, be it that the keyboard is still on its way.
+    virtual bool hasFirstResponder() const = 0;
     /// No view in it has the focus any more.
     virtual void clearFirstResponder() = 0;
 

@@ -86,8 +86,9 @@ void NotchWindowController::applyFrame(bool expanded, double contentHeight, doub
 
 void NotchWindowController::rememberFrontApplication() {
     previousApp_ = panel_.frontmost();
-    // Nobody types any more: what follows from that has been before the keyboard came.
-    if (!editing_) {
+    // Nobody types any more: what follows from that has been before the keyboard came. That
+    // somebody does the model may not have been told yet.
+    if (!editing_ && !panel_.hasFirstResponder()) {
         giveKeyboardBack();
     }
 }

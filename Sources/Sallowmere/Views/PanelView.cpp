@@ -58,6 +58,14 @@ Keyboard& PanelView::keyboard() {
     return singleton<Keyboard>("Keyboard");
 }
 
+bool PanelView::hasFocusedControl() const {
+    const QQuickItem* item = contentItem();
+    while (item != nullptr && item->isFocusScope()) {
+        item = item->scopedFocusItem();
+    }
+    return item != nullptr && item->activeFocusOnTab();
+}
+
 void PanelView::clearFocus() {
     rootObject()->forceActiveFocus();
 }

@@ -27,6 +27,8 @@ public:
     void setMotionWanted(bool wanted);
     /// Who types: the views ask for it there, and learn there whether they have it.
     Keyboard& keyboard();
+    /// Whether keys go to a control, or will once the window has the keyboard.
+    bool hasFocusedControl() const;
     /// None of the views has the keyboard focus any more.
     void clearFocus();
     /// The black ground with its round corners, in the coordinates of the window as large as it is

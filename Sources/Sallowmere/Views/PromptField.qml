@@ -24,6 +24,8 @@ TextField {
     Accessible.onPressAction: forceActiveFocus()
     onPressed: event => {
         if (event.button === Qt.LeftButton) {
+            // Before the keyboard comes, which by itself it would be only when the button goes up.
+            forceActiveFocus(Qt.MouseFocusReason)
             Keyboard.take()
         }
     }

@@ -31,6 +31,7 @@ public:
     void setFrame(const Rect& frame, double seconds) override;
     void show() override;
     bool isKey() const override { return keyboard_->isHeld(); }
+    bool hasFirstResponder() const override { return view_.hasFocusedControl(); }
     void clearFirstResponder() override { view_.clearFocus(); }
     std::optional<FrontApplication> frontmost() const override;
     void activate(std::optional<FrontApplication> application) override;
