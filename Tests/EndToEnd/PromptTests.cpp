@@ -74,6 +74,21 @@ TEST_F(Prompting, AnErrorShowsUntilARunSucceeds) {
     EXPECT_EQ(desk().received(other()), "");
 }
 
+TEST_F(Prompting, TheAssistantGetsTheUsersVariablesForQtAndNoOthers) {
+    assistantDoes("{ env | grep ^QT | sort; echo end; } >> \"${0%/*}/calls\"");
+    openDetails();
+    clickField();
+    desk().user.type("light it");
+    desk().user.tap(Keys::enter);
+    waitFor("the run", [&] {
+        const std::vector<std::string> lines = assistantCalls();
+        return !lines.empty() && lines.back() == "end";
+    });
+    EXPECT_THAT(assistantCalls(),
+                testing::ElementsAre(testing::_, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
+                                     "QT_QPA_PLATFORM=xcb", "end"));
+}
+
 TEST_F(Prompting, ARunIsSaidToBeUnderWayUntilItEnds) {
     const std::string gate = desk().home.directory().makeFifo("gate");
     assistantDoes("cat '" + gate + "'");

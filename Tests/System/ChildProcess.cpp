@@ -35,6 +35,8 @@ pid_t spawn(const Command& command, int input, int output, int errors) {
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    // What started the tests may have left more open.
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     if (!command.directory.empty()) {
         posix_spawn_file_actions_addchdir_np(&actions, command.directory.c_str());
     }

@@ -15,6 +15,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 namespace sallowmere::PanelProgram {
 
@@ -46,6 +48,30 @@ private:
     std::array<char*, 4> values_;
 };
 
+/// As long as this lives, Qt that starts will not share memory with the X server: at a time without
+/// descriptors it waits for ever for the one of a share, and what little the panel draws goes over
+/// the connection at less cost. Programs started later are not to go by it.
+class WithoutSharedMemory {
+public:
+    WithoutSharedMemory() : isUsers_(qEnvironmentVariableIsSet(variable)) {
+        if (!isUsers_) {
+            qputenv(variable, "1");
+        }
+    }
+    WithoutSharedMemory(const WithoutSharedMemory&) = delete;
+    WithoutSharedMemory& operator=(const WithoutSharedMemory&) = delete;
+    ~WithoutSharedMemory() {
+        if (!isUsers_) {
+            qunsetenv(variable);
+        }
+    }
+
+private:
+    static constexpr const char* variable = "QT_XCB_NO_MITSHM";
+
+    const bool isUsers_;
+};
+
 } // namespace
 
 int run(char* program) {
@@ -60,7 +86,9 @@ int run(char* program) {
     // what the program keeps in memory.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QtArguments arguments(program);
+    std::optional<WithoutSharedMemory> starting(std::in_place);
     const QGuiApplication application(arguments.count(), arguments.values());
+    starting.reset();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     SystemServices services;
     AppDelegate delegate(services);
