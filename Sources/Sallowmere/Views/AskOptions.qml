@@ -38,6 +38,8 @@ Loader {
             spacing: 4
             model: options.labels
             currentIndex: -1
+            // Those out of sight would be made bit by bit, and lie half made on the first meanwhile.
+            cacheBuffer: 0
             boundsBehavior: Flickable.StopAtBounds
             clip: true
             delegate: Option {
