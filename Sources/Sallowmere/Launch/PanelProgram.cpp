@@ -18,9 +18,16 @@
 #include <optional>
 #include <utility>
 
+#include <malloc.h>
+
 namespace sallowmere::PanelProgram {
 
 namespace {
+
+/// Bytes from which on a block goes back to the system when it is freed: where the C library
+/// begins. Left alone it would go by the largest ever freed, and keep what pictures of the window
+/// and the reading of transcripts leave behind between smaller blocks.
+constexpr int largeBlock = 128 * 1'024;
 
 bool hasDisplay() {
     return X11Connection().isAlive();
@@ -82,6 +89,7 @@ int run(char* program) {
     if (instance.isAnother()) {
         return refuse("the panel is already running");
     }
+    mallopt(M_MMAP_THRESHOLD, largeBlock);
     // The panel is light enough to be drawn without the graphics driver, which would be most of
     // what the program keeps in memory.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
