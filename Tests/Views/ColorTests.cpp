@@ -94,6 +94,12 @@ TEST_F(Colors, OfAFailureIsRed) {
     expectColor("promptState", red);
 }
 
+TEST_F(Colors, OfWhatIsTypedAreTheSameWhileItIsSelected) {
+    showDetails(detailed(false));
+    const QQuickItem& field = hand.find("prompt");
+    EXPECT_EQ(field.property("selectedTextColor"), field.property("color"));
+}
+
 TEST_F(Colors, OfAnOptionUnderThePointerIsLighter) {
     showOpen({asking()});
     const QPoint beside = PanelHand::middle(hand.find("option")) + QPoint(200, 0);

@@ -16,6 +16,7 @@ TextField {
     placeholderTextColor: Theme.textTertiary
     color: Theme.textPrimary
     selectionColor: Qt.alpha(Theme.accentBlue, 0.5)
+    selectedTextColor: color
     selectByMouse: true
     font.pointSize: Theme.optionSize
     padding: 8
