@@ -82,7 +82,7 @@ enterRoot() {
     mount -t tmpfs -o mode=1777 tmpfs "$root/dev/shm"
     ln -s pts/ptmx "$root/dev/ptmx"
     ln -s /proc/self/fd "$root/dev/fd"
-    cd -- "$root"
+    cd -- "$root" || return
     pivot_root . .
     umount --lazy .
     exec env -i HOME=/root TERM=dumb PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
