@@ -221,6 +221,9 @@ TEST_F(ScarceDescriptors, AreEnoughForManySessions) {
 }
 
 TEST_F(ScarceDescriptors, AreMissedOnlyAsLongAsNoneOrHardlyAnyIsLeft) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs descriptors itself to look at objects";
+#endif
     panel().enter();
     panel().tree().find(name("done"));
     // All but the few numbers that lie free between those of open files, then those as well.

@@ -61,6 +61,8 @@ TEST_F(Keys, GoIntoTheFieldFromThePressOn) {
     EXPECT_TRUE(isHeld());
     EXPECT_EQ(focused(), "prompt");
     EXPECT_TRUE(stage.state().editingPrompt());
+    hand.release(hand.find("prompt"));
+    EXPECT_EQ(focused(), "prompt");
 }
 
 TEST_F(Keys, GoToAControlThatHasTheFocusOnTheirWay) {
@@ -70,6 +72,7 @@ TEST_F(Keys, GoToAControlThatHasTheFocusOnTheirWay) {
     hand.press(hand.find("prompt"));
     EXPECT_FALSE(isHeld());
     EXPECT_TRUE(stage.view().hasFocusedControl());
+    hand.release(hand.find("prompt"));
     stage.view().clearFocus();
     EXPECT_FALSE(stage.view().hasFocusedControl());
 }
@@ -77,7 +80,7 @@ TEST_F(Keys, GoToAControlThatHasTheFocusOnTheirWay) {
 TEST_F(Keys, GoToNoControlThatIsGone) {
     delayKeyboard();
     showField();
-    hand.press(hand.find("prompt"));
+    hand.click(hand.find("prompt"));
     stage.state().toggleSelection("work");
     stage.settle();
     EXPECT_FALSE(stage.view().hasFocusedControl());

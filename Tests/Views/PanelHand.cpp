@@ -74,6 +74,11 @@ void PanelHand::press(const QQuickItem& item) {
     stage_.settle();
 }
 
+void PanelHand::release(const QQuickItem& item) {
+    QTest::mouseRelease(&stage_.view(), Qt::LeftButton, Qt::NoModifier, middle(item));
+    stage_.settle();
+}
+
 void PanelHand::clickRight(QPoint place) {
     QTest::mouseClick(&stage_.view(), Qt::RightButton, Qt::NoModifier, place);
     stage_.settle();

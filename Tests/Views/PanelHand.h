@@ -33,8 +33,9 @@ public:
 
     void point(const QQuickItem& item);
     void click(const QQuickItem& item);
-    /// The button stays down.
+    /// The button stays down until it is released.
     void press(const QQuickItem& item);
+    void release(const QQuickItem& item);
     void clickRight(QPoint place);
     /// Turns the wheel so many points towards the end.
     void wheel(const QQuickItem& item, int points);
