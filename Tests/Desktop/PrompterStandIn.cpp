@@ -73,13 +73,22 @@ private:
 };
 
 /// Of the Diffie-Hellman exchange.
-Bytes power(const Number& base) {
-    // On a bus of its own nobody listens who must not know it.
-    const Number secretExponent(65'537UL);
+Bytes power(const Number& base, unsigned long exponent) {
     const Number prime(primeText);
     const Number result(0UL);
-    gcry_mpi_powm(result.get(), base.get(), secretExponent.get(), prime.get());
+    gcry_mpi_powm(result.get(), base.get(), Number(exponent).get(), prime.get());
     return result.bytes();
+}
+
+/// One whose shared number fills its bytes: programs disagree on whether a key is made of the
+/// zeros before a shorter one, too, and one number in 256 is shorter.
+unsigned long secretExponent(const Number& otherSide) {
+    // On a bus of its own nobody listens who must not know it.
+    unsigned long exponent = 65'537;
+    while (power(otherSide, exponent).front() == 0) {
+        ++exponent;
+    }
+    return exponent;
 }
 
 Bytes hmac(const Bytes& key, const Bytes& message) {
@@ -138,8 +147,10 @@ Bytes publicPart(const std::string& exchange) {
 
 std::string answerTo(const std::string& exchange, const std::string& password) {
     const Bytes start(keyLength, 7);
-    const Bytes key = keyOf(power(Number(publicPart(exchange))));
-    return std::string("[") + protocol + "]\npublic=" + base64(power(Number(2UL)))
+    const Number otherSide(publicPart(exchange));
+    const unsigned long exponent = secretExponent(otherSide);
+    const Bytes key = keyOf(power(otherSide, exponent));
+    return std::string("[") + protocol + "]\npublic=" + base64(power(Number(2UL), exponent))
            + "\nsecret=" + base64(encrypted(key, start, password)) + "\niv=" + base64(start) + '\n';
 }
 
