@@ -10,11 +10,17 @@
 namespace sallowmere {
 namespace {
 
+/// Nothing when there is no such file.
+std::string firstLine(const std::string& path) {
+    std::ifstream stream(path);
+    std::string line;
+    std::getline(stream, line);
+    return line;
+}
+
 /// The state letter of a process, as the kernel tells it.
 char stateOf(pid_t pid) {
-    std::ifstream stream("/proc/" + std::to_string(pid) + "/stat");
-    std::string text;
-    std::getline(stream, text);
+    const std::string text = firstLine("/proc/" + std::to_string(pid) + "/stat");
     const std::size_t end = text.rfind(')');
     return end == std::string::npos || end + 2 >= text.size() ? ' ' : text[end + 2];
 }
@@ -23,9 +29,10 @@ char stateOf(pid_t pid) {
 class HangingFiles : public EndToEndTest {
 protected:
     void SetUp() override {
-        sitDown();
+        sitDown(WindowManager::Kind::openbox, R"(,"claudeBinary":"~/.claude/local/claude")");
         session_ = std::make_unique<LiveSession>(desk().home.addSession("lantern", "Lantern"));
         const TemporaryHome& home = desk().home.directory();
+        home.writeProgram(".claude/local/claude", "echo \"$*\" >> \"$HOME/calls\"\n");
         const std::string pidFile = home / "server";
         desk().startPanel({{}, {SALLOWMERE_HANGING_DIRECTORY, home / ".claude", pidFile}});
         std::ifstream(pidFile) >> server_;
@@ -71,6 +78,26 @@ TEST_F(HangingFiles, AreShownAsTheyWereUntilTheyAnswerAgain) {
     goOn();
     panel().enter();
     panel().tree().find("Lantern, working");
+    EXPECT_EQ(desk().program->errors(), "");
+}
+
+TEST_F(HangingFiles, HoldUpAPromptButNotThePanel) {
+    constexpr const char* field = "Prompt this session…";
+    const std::string calls = desk().home.directory() / "calls";
+    panel().enter();
+    panel().click("Lantern, done");
+    panel().tree().find(field, "text");
+    panel().waitForRest();
+    hang();
+    panel().click(field, "text");
+    desk().user.type("light it");
+    waitFor("the text",
+            [&] { return AccessibleTree::text(panel().tree().find(field, "text")) == "light it"; });
+    desk().user.tap(Keys::enter);
+    panel().tree().find("Running headlessly — response will appear as the active session");
+    EXPECT_EQ(firstLine(calls), "");
+    goOn();
+    waitFor("the run", [&] { return firstLine(calls).ends_with("-- light it"); });
     EXPECT_EQ(desk().program->errors(), "");
 }
 

@@ -4,6 +4,7 @@
 
 #include "Support/FakeFileSystem.h"
 #include "Support/FakeProgramRunner.h"
+#include "Support/FakeQueues.h"
 #include "Support/Texts.h"
 
 #include <gmock/gmock.h>
@@ -11,8 +12,13 @@
 namespace sallowmere {
 namespace {
 
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::Optional;
+using testing::StartsWith;
 
 const QString combiningAcute(QChar(0x0301));
 
@@ -23,10 +29,22 @@ protected:
         session.sessionId = QStringLiteral("abc");
     }
 
-    void send(const QString& prompt = QStringLiteral("Hello")) {
+    PromptRunner::Services services() { return {files, programs, "/home/u", fileQueue, mainQueue}; }
+
+    void post(const QString& prompt) {
         PromptRunner::send(
-            prompt, session, settings, {files, programs, "/home/u"},
+            prompt, session, settings, services(),
             [this](const std::optional<QString>& error) { completions.push_back(utf8(error)); });
+    }
+
+    void runQueues() {
+        fileQueue.runAll();
+        mainQueue.runAll();
+    }
+
+    void send(const QString& prompt = QStringLiteral("Hello")) {
+        post(prompt);
+        runQueues();
     }
 
     /// How a run that ended like this is reported.
@@ -40,6 +58,8 @@ protected:
 
     FakeFileSystem files;
     FakeProgramRunner programs;
+    FakeWorkQueue fileQueue;
+    FakeWorkQueue mainQueue;
     Settings settings = Settings::defaults("/home/u");
     SessionInfo session;
     std::vector<std::optional<std::string>> completions;
@@ -117,7 +137,37 @@ TEST_F(PromptSending, FollowsLinksToTheSessionsDirectory) {
     EXPECT_EQ(programs.started.back().directory, std::nullopt);
 }
 
-TEST_F(PromptSending, SaysAtOnceThatThereIsNoAssistant) {
+TEST_F(PromptSending, LooksForFilesOnTheirQueueAlone) {
+    session.cwd = QStringLiteral("/home/u/project");
+    post(QStringLiteral("Hello"));
+    EXPECT_EQ(mainQueue.waiting(), 0U);
+    files.addDirectory("/home/u/project");
+    files.addFile("/home/u/.local/bin/claude", "").executable = true;
+    fileQueue.runAll();
+    EXPECT_THAT(programs.started, IsEmpty());
+    files.remove("/home/u/.local/bin/claude");
+    mainQueue.runAll();
+    ASSERT_EQ(programs.started.size(), 1U);
+    EXPECT_EQ(programs.started.front().path, "/home/u/.local/bin/claude");
+    EXPECT_EQ(programs.started.front().directory, "/home/u/project");
+}
+
+TEST_F(PromptSending, GoesByWhatItWasCalledWith) {
+    post(QStringLiteral("Hello"));
+    settings.resumePermissionMode = QStringLiteral("other");
+    session.sessionId = QStringLiteral("other");
+    runQueues();
+    EXPECT_THAT(programs.started.front().arguments, Not(Contains("other")));
+}
+
+TEST_F(PromptSending, SaysThatThereIsNoAssistantBeforeAnythingElse) {
+    files.remove("/opt/homebrew/bin/claude");
+    session.sessionId = QStringLiteral("-p");
+    send();
+    EXPECT_THAT(completions, ElementsAre(Optional(StartsWith("claude binary not found"))));
+}
+
+TEST_F(PromptSending, SaysThatThereIsNoAssistant) {
     files.remove("/opt/homebrew/bin/claude");
     send();
     EXPECT_THAT(completions,
@@ -126,7 +176,7 @@ TEST_F(PromptSending, SaysAtOnceThatThereIsNoAssistant) {
     EXPECT_TRUE(programs.started.empty());
 }
 
-TEST_F(PromptSending, SaysAtOnceThatTheAssistantCannotBeStarted) {
+TEST_F(PromptSending, SaysThatTheAssistantCannotBeStarted) {
     programs.obstacle = "caf\xE9: no";
     send();
     EXPECT_THAT(completions, ElementsAre("failed to launch claude: caf\xEF\xBF\xBD: no"));
@@ -168,11 +218,12 @@ TEST_F(PromptSending, CountsCharactersAsPeopleDo) {
 TEST_F(PromptSending, TellsEachRunsEndToItsOwnCompletion) {
     std::vector<std::string> ends;
     for (const QString& name : {QStringLiteral("first"), QStringLiteral("second")}) {
-        PromptRunner::send(name, session, settings, {files, programs, "/home/u"},
+        PromptRunner::send(name, session, settings, services(),
                            [&ends, name](const std::optional<QString>& error) {
                                ends.push_back(utf8(name) + ": " + utf8(error).value_or("well"));
                            });
     }
+    runQueues();
     programs.end(1, {0, ""});
     programs.end(0, {3, ""});
     EXPECT_THAT(ends, ElementsAre("second: well", "first: claude exited with status 3"));

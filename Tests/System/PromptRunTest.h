@@ -8,6 +8,7 @@
 #include "System/EventLoop.h"
 #include "System/ScriptedAssistant.h"
 
+#include "Support/ImmediateQueue.h"
 #include "Support/Texts.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +32,9 @@ protected:
         return session;
     }
 
-    PromptRunner::Services services() { return {*files, *programs, assistant.home().path()}; }
+    PromptRunner::Services services() {
+        return {*files, *programs, assistant.home().path(), queue_, queue_};
+    }
 
     void send(const QString& prompt, const SessionInfo& session) {
         PromptRunner::send(
@@ -76,6 +79,7 @@ protected:
 
 private:
     EventLoop loop_;
+    ImmediateQueue queue_;
 
 protected:
     std::unique_ptr<ProgramRunner> programs = std::make_unique<LinuxProgramRunner>();

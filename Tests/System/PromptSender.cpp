@@ -10,6 +10,7 @@
 #include "Platform/Linux/LinuxFileSystem.h"
 #include "Platform/Linux/LinuxProgramRunner.h"
 #include "Sallowmere/Processes/PromptRunner.h"
+#include "Support/ImmediateQueue.h"
 
 #include <QCoreApplication>
 
@@ -76,6 +77,7 @@ int main(int argc, char** argv) {
         QCoreApplication application(argc, argv);
         const LinuxFileSystem files;
         LinuxProgramRunner programs;
+        ImmediateQueue queue;
         SessionInfo session;
         session.sessionId = QString::fromLocal8Bit(argv[2]);
         if (what == "closed") {
@@ -84,7 +86,8 @@ int main(int argc, char** argv) {
             limitDescriptors();
         }
         PromptRunner::send(QStringLiteral("Hello"), session, Settings::defaults(argv[1]),
-                           {files, programs, argv[1]}, [&](const std::optional<QString>& error) {
+                           {files, programs, argv[1], queue, queue},
+                           [&](const std::optional<QString>& error) {
                                ++completions;
                                std::printf("%s\n", error ? qPrintable(*error) : "well");
                                QCoreApplication::exit();

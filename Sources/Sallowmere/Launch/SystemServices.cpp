@@ -15,19 +15,20 @@ SystemServices::SystemServices()
       usageAPI_(keychain_, files_, linuxClock(), home_) {}
 
 AppServices SystemServices::forModel() {
-    return {
-        linuxClock(),
-        mainQueue_,
-        files_,
-        home_,
-        applications_,
-        keystrokes_,
-        xdgFolderOpener(),
-        player_,
-        [this](const QString& prompt, const SessionInfo& session, const Settings& settings,
-               const PromptRunner::Completion& completion) {
-            PromptRunner::send(prompt, session, settings, {files_, programs_, home_}, completion);
-        }};
+    return {linuxClock(),
+            mainQueue_,
+            files_,
+            home_,
+            applications_,
+            keystrokes_,
+            xdgFolderOpener(),
+            player_,
+            [this](const QString& prompt, const SessionInfo& session, const Settings& settings,
+                   const PromptRunner::Completion& completion) {
+                PromptRunner::send(prompt, session, settings,
+                                   {files_, programs_, home_, promptQueue_, mainQueue_},
+                                   completion);
+            }};
 }
 
 RefreshServices SystemServices::forEngine() {

@@ -59,6 +59,8 @@ private:
     LinuxWorkQueue workQueue_{"sallowmere.refresh"};
     /// Of its own, because the keyring may wait for the user to unlock it.
     LinuxWorkQueue officialQueue_{"sallowmere.official"};
+    /// Of its own, because a scan waits for ever on a file system that hangs.
+    LinuxWorkQueue promptQueue_{"sallowmere.prompt"};
 };
 
 } // namespace sallowmere

@@ -39,21 +39,63 @@ std::optional<QString> outcome(const ProgramEnd& end) {
                           : lastCharacters(text, reportedErrorCharacters).toString();
 }
 
-Program program(const std::string& binary, const QStringList& arguments, const SessionInfo& session,
-                const Services& services) {
-    Program program;
-    program.path = binary;
-    for (const QString& argument : arguments) {
-        program.arguments.push_back(argument.toStdString());
+/// A prompt on its way.
+struct Sending {
+    /// What is looked for in the file system.
+    struct Found {
+        std::optional<std::string> binary;
+        /// Where the session worked, if that exists.
+        std::optional<std::string> directory;
+    };
+
+    QString prompt;
+    SessionInfo session;
+    Settings settings;
+    Services services;
+    Completion completion;
+
+    Found find() const {
+        Found found{resolveClaudeBinary(settings, services.files, services.home), std::nullopt};
+        if (session.cwd && session.cwd->startsWith(u'/')
+            && services.files.status(session.cwd->toStdString(), Links::follow)) {
+            found.directory = session.cwd->toStdString();
+        }
+        return found;
     }
-    program.environment = environment(binary, services.home, services.programs.environment());
-    if (session.cwd && session.cwd->startsWith(u'/')
-        && services.files.status(session.cwd->toStdString(), Links::follow)) {
-        program.directory = session.cwd->toStdString();
+
+    void start(const Found& found) const {
+        if (!found.binary) {
+            completion(
+                QStringLiteral("claude binary not found — set \"claudeBinary\" in settings.json"));
+            return;
+        }
+        // It would be taken for an option, whatever that one allows.
+        if (session.sessionId.startsWith(u'-')) {
+            completion(QStringLiteral("claude cannot resume a session with such an id"));
+            return;
+        }
+        const std::optional<std::string> failure = services.programs.start(
+            program(*found.binary, found.directory),
+            [completion = completion](const ProgramEnd& end) { completion(outcome(end)); });
+        if (failure) {
+            completion(QStringLiteral("failed to launch claude: ") + decodeUtf8(*failure));
+        }
     }
-    program.keptErrorBytes = keptErrorBytes;
-    return program;
-}
+
+private:
+    Program program(const std::string& binary, const std::optional<std::string>& directory) const {
+        Program program;
+        program.path = binary;
+        for (const QString& argument :
+             buildArguments(prompt, session.sessionId, settings.resumePermissionMode)) {
+            program.arguments.push_back(argument.toStdString());
+        }
+        program.environment = environment(binary, services.home, services.programs.environment());
+        program.directory = directory;
+        program.keptErrorBytes = keptErrorBytes;
+        return program;
+    }
+};
 
 } // namespace
 
@@ -108,26 +150,10 @@ std::vector<std::string> environment(const std::string& binary, const std::strin
 
 void send(const QString& prompt, const SessionInfo& session, const Settings& settings,
           const Services& services, const Completion& completion) {
-    const std::optional<std::string> binary =
-        resolveClaudeBinary(settings, services.files, services.home);
-    if (!binary) {
-        completion(
-            QStringLiteral("claude binary not found — set \"claudeBinary\" in settings.json"));
-        return;
-    }
-    // It would be taken for an option, whatever that one allows.
-    if (session.sessionId.startsWith(u'-')) {
-        completion(QStringLiteral("claude cannot resume a session with such an id"));
-        return;
-    }
-    const QStringList arguments =
-        buildArguments(prompt, session.sessionId, settings.resumePermissionMode);
-    const std::optional<std::string> failure =
-        services.programs.start(program(*binary, arguments, session, services),
-                                [completion](const ProgramEnd& end) { completion(outcome(end)); });
-    if (failure) {
-        completion(QStringLiteral("failed to launch claude: ") + decodeUtf8(*failure));
-    }
+    services.fileQueue.post([sending = Sending{prompt, session, settings, services, completion}] {
+        sending.services.mainQueue.post(
+            [sending, found = sending.find()] { sending.start(found); });
+    });
 }
 
 } // namespace sallowmere::PromptRunner

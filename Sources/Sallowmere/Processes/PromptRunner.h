@@ -4,6 +4,7 @@
 
 #include "Platform/FileSystem.h"
 #include "Platform/ProgramRunner.h"
+#include "Platform/WorkQueue.h"
 #include "Sallowmere/Sessions/SessionRecords.h"
 #include "Sallowmere/Settings/Settings.h"
 
@@ -43,18 +44,23 @@ inline constexpr qsizetype reportedErrorCharacters = 200;
 /// Takes what went wrong, for people, or nothing when the run succeeded.
 using Completion = std::function<void(const std::optional<QString>&)>;
 
-/// What a run is started with. The references must outlive the call.
+/// What a run is started with. The references must outlive what was posted to the queues.
 struct Services {
     const FileSystem& files;
     ProgramRunner& programs;
     /// The user's home directory.
     std::string home;
+    /// Where the assistant and the session's directory are looked for: on a file system that hangs
+    /// it waits, and so do further prompts.
+    WorkQueue& fileQueue;
+    /// The main thread's.
+    WorkQueue& mainQueue;
 };
 
 /// Starts the assistant on a fork of `session` with a prompt, in the session's working directory if
 /// that still exists; it writes a transcript like any other. `completion` is called once, on the
-/// main thread: before this returns when the run could not be started, else when it has ended. The
-/// run is never stopped or timed out, and goes on when this program ends first. Main thread.
+/// main thread, when the run could not be started or has ended. The run is never stopped or timed
+/// out, and goes on when this program ends first. Waits for no file. Main thread.
 void send(const QString& prompt, const SessionInfo& session, const Settings& settings,
           const Services& services, const Completion& completion);
 
