@@ -40,7 +40,7 @@ QtObject {
     /// Milliseconds of a fade or a glide.
     readonly property int fade: Motion.isWanted ? 120 : 0
     /// Milliseconds between two steps of what never ends: each one is drawn.
-    readonly property int step: 60
+    readonly property int step: 75
 
     readonly property string monospace: "monospace"
 
