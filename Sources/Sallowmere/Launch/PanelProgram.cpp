@@ -90,6 +90,7 @@ int run(char* program) {
         return refuse("the panel is already running");
     }
     mallopt(M_MMAP_THRESHOLD, largeBlock);
+    mallopt(M_ARENA_MAX, 1);
     // The panel is light enough to be drawn without the graphics driver, which would be most of
     // what the program keeps in memory.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
