@@ -43,7 +43,7 @@ TEST(Symbols, AreDrawnInTheirColorAndSize) {
     ASSERT_GE(names().size(), 11);
     for (const QString& name : names()) {
         for (const int side : {12, 15, 24}) {
-            const QImage image = drawn(name, QStringLiteral("#ff8040"), {side, side});
+            const QImage image = drawn(name, QStringLiteral("1,0.50196,0.25098,1"), {side, side});
             ASSERT_EQ(image.size(), QSize(side, side));
             EXPECT_GT(coveredPixels(image), side / 2) << utf8(name);
             EXPECT_LT(coveredPixels(image), side * side) << utf8(name);
@@ -59,8 +59,8 @@ TEST(Symbols, AreDrawnInTheirColorAndSize) {
 
 TEST(Symbols, ThatAreUnknownAreEmpty) {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    EXPECT_EQ(coveredPixels(drawn(QStringLiteral("none"), QStringLiteral("#fff"), {16, 16})), 0);
-    EXPECT_EQ(coveredPixels(drawn(QStringLiteral("../x"), QStringLiteral("#fff"), {16, 16})), 0);
+    EXPECT_EQ(coveredPixels(drawn(QStringLiteral("none"), QStringLiteral("1,1,1,1"), {16, 16})), 0);
+    EXPECT_EQ(coveredPixels(drawn(QStringLiteral("../x"), QStringLiteral("1,1,1,1"), {16, 16})), 0);
     qInstallMessageHandler(nullptr);
 }
 

@@ -11,6 +11,8 @@ Image {
     width: size
     height: size
     sourceSize: Qt.size(size, size)
-    source: name ? `image://symbols/${name}?${color}` : ""
+    // The colour's numbers, because making a text of the colour itself is not safe: Qt 6.4 may
+    // collect the wrapper that it does this by while it is in use.
+    source: name ? `image://symbols/${name}?${color.r},${color.g},${color.b},${color.a}` : ""
     Accessible.ignored: true
 }

@@ -12,6 +12,14 @@ namespace {
 
 constexpr QSize usualSize(16, 16);
 
+/// Of red, green, blue and opacity, each from 0 to 1, with commas between them.
+QColor color(QStringView components) {
+    const QList<QStringView> values = components.split(u',');
+    return values.size() == 4 ? QColor::fromRgbF(values[0].toFloat(), values[1].toFloat(),
+                                                 values[2].toFloat(), values[3].toFloat())
+                              : QColor();
+}
+
 } // namespace
 
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
@@ -24,7 +32,7 @@ QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize&
     drawing.render(&painter);
     // The drawings are white: only where they cover counts.
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(image.rect(), QColor(id.mid(mark + 1)));
+    painter.fillRect(image.rect(), color(QStringView(id).mid(mark + 1)));
     painter.end();
     *size = image.size();
     return image;

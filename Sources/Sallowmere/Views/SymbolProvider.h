@@ -6,9 +6,9 @@
 
 namespace sallowmere {
 
-/// Our drawings in any colour and size, for the views: "image://symbols/NAME?COLOUR". They are
-/// drawn anew for each scale of a screen and so are crisp on all of them. An unknown name gives an
-/// empty image.
+/// Our drawings in any colour and size, for the views: "image://symbols/NAME?R,G,B,A", with the
+/// components of the colour from 0 to 1. They are drawn anew for each scale of a screen and so are
+/// crisp on all of them. An unknown name gives an empty image.
 class SymbolProvider : public QQuickImageProvider {
 public:
     SymbolProvider() : QQuickImageProvider(Image) {}
