@@ -13,6 +13,10 @@
 
 // Of the module of the views; not called by anything else when that is linked statically.
 extern void qml_register_types_Sallowmere(); // NOLINT(readability-identifier-naming)
+#ifdef SALLOWMERE_COMPILED_VIEWS
+// Without them each start would compile the views, and leave the result in the user's cache.
+extern int qInitResources_qmlcache_sallowmere_views(); // NOLINT(readability-identifier-naming)
+#endif
 
 namespace sallowmere {
 
@@ -28,6 +32,9 @@ int freeBeside(double aboveFoot, double radius) {
 
 PanelView::PanelView(PanelModel& model, const NotchMetrics& metrics, double wingWidth) {
     qml_register_types_Sallowmere();
+#ifdef SALLOWMERE_COMPILED_VIEWS
+    qInitResources_qmlcache_sallowmere_views();
+#endif
     engine()->addImageProvider(QStringLiteral("symbols"), new SymbolProvider);
     engine()->addImageProvider(QStringLiteral("shadow"), new ShadowProvider);
     engine()->addImportPath(QStringLiteral(":/"));
