@@ -144,8 +144,10 @@ void WindowManager::startOnBus(const XServer& server,
     bus_ = std::make_unique<ChildProcess>(server.command(
         {"/usr/bin/dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"},
         {runtime}));
+    // Were it accessible, it would start what makes it so on this bus and announce that on the
+    // display, for the panel too.
     std::vector<std::string> all{runtime, "DBUS_SESSION_BUS_ADDRESS=" + bus_->readLine(),
-                                 "NO_AT_BRIDGE=1", "GSETTINGS_BACKEND=memory"};
+                                 "NO_AT_BRIDGE=1", "GTK_A11Y=none", "GSETTINGS_BACKEND=memory"};
     all.insert(all.end(), variables.begin(), variables.end());
     process_ = std::make_unique<ChildProcess>(server.command(programAndArguments, all));
 }
