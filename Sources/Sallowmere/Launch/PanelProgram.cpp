@@ -90,6 +90,7 @@ int run(char* program) {
         return refuse("the panel is already running");
     }
     mallopt(M_MMAP_THRESHOLD, largeBlock);
+    // What one thread frees is there for all.
     mallopt(M_ARENA_MAX, 1);
     // The panel is light enough to be drawn without the graphics driver, which would be most of
     // what the program keeps in memory.
