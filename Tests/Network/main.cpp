@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 the Sallowmere authors
 // SPDX-License-Identifier: MIT
+#include "Network/NetworkThreads.h"
 #include "Support/Sanitizers.h"
 
 #include <QCoreApplication>
@@ -9,5 +10,7 @@
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int status = RUN_ALL_TESTS();
+    sallowmere::NetworkThreads::waitForTheirEnd();
+    return status;
 }
