@@ -60,7 +60,8 @@ struct Services {
 /// Starts the assistant on a fork of `session` with a prompt, in the session's working directory if
 /// that still exists; it writes a transcript like any other. `completion` is called once, on the
 /// main thread, when the run could not be started or has ended. The run is never stopped or timed
-/// out, and goes on when this program ends first. Waits for no file. Main thread.
+/// out, and goes on when this program ends first. Returns before any file is looked for. Main
+/// thread.
 void send(const QString& prompt, const SessionInfo& session, const Settings& settings,
           const Services& services, const Completion& completion);
 
