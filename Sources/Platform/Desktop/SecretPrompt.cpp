@@ -68,17 +68,17 @@ void SecretPrompt::show(GCancellable* cancelled) {
 
 void SecretPrompt::waitForAnswer(GCancellable* cancelled) {
     GMainContext* context = g_main_context_get_thread_default();
-    GSource* wakeUp = g_cancellable_source_new(cancelled);
-    const GCancellableSourceFunc nothing = [](GCancellable*, gpointer) -> gboolean {
-        return G_SOURCE_REMOVE;
+    const auto wakeUp = [](GCancellable*, GMainContext* waiting) {
+        g_main_context_wakeup(waiting);
     };
-    g_source_set_callback(wakeUp, G_SOURCE_FUNC(nothing), nullptr, nullptr);
-    g_source_attach(wakeUp, context);
+    // Not a source of GLib's own for this, which may be left behind when it is cancelled (2.74).
+    const gulong connection = g_cancellable_connect(
+        cancelled, G_CALLBACK(static_cast<void (*)(GCancellable*, GMainContext*)>(wakeUp)), context,
+        nullptr);
     while (answer_ == Answer::none && g_cancellable_is_cancelled(cancelled) == FALSE) {
         g_main_context_iteration(context, TRUE);
     }
-    g_source_destroy(wakeUp);
-    g_source_unref(wakeUp);
+    g_cancellable_disconnect(cancelled, connection);
 }
 
 void SecretPrompt::takeBack() {
